@@ -1,0 +1,67 @@
+// Attack tables: magic-bitboard slider lookups and the fixed geometry of the board.
+// Every Board carries its own copy so that search threads never share these cache lines;
+// only the magic multipliers, shifts and offsets are program-wide constants.
+#pragma once
+
+#include "core/types.h"
+
+struct Magic {
+    uint64_t multiplier;
+    int shift;
+    int offset;
+};
+extern const Magic ROOK_MAGICS[64];
+extern const Magic BISHOP_MAGICS[64];
+
+constexpr int ROOK_TABLE_SIZE = 89600;
+constexpr int BISHOP_TABLE_SIZE = 4800;
+
+// Opposite directions differ in the lowest bit.
+enum Direction { NORTH, SOUTH, EAST, WEST, NORTH_EAST, SOUTH_WEST, NORTH_WEST, SOUTH_EAST };
+
+struct AttackTables {
+    Bitboard pawnAttacks[2][64];
+    Bitboard knightAttacks[64];
+    Bitboard kingAttacks[64];
+    Bitboard bishopMask[64];
+    Bitboard rookMask[64];
+    Bitboard rookTable[ROOK_TABLE_SIZE];
+    Bitboard bishopTable[BISHOP_TABLE_SIZE];
+    Bitboard rays[8][65];         // from a square to the edge, excluding the square itself
+    Bitboard neighbours[64];      // left and right on the same rank
+    Bitboard lineBeyond[64][64];  // ray from the first square through the second to the edge
+    Bitboard between[64][64];     // strictly between two squares on a common line
+    Bitboard queenLines[64];      // every square on a rank, file or diagonal through the square
+    Bitboard fullLine[64][64];    // the whole line through two squares, edge to edge
+
+    // Masks for the evaluation.
+    Bitboard forwardFile[2][64];       // squares in front of a square on its file
+    Bitboard passedMask[2][64];        // front span of the square's and the adjacent files
+    Bitboard attackSpan[2][64];        // front span of the adjacent files only
+    Bitboard adjacentFiles[64];        // the files beside the square's file, whole board
+
+    AttackTables();
+
+    Bitboard rookAttacks(int sq, Bitboard occ) const {
+        const Magic& m = ROOK_MAGICS[sq];
+        return rookTable[m.offset + (((occ & rookMask[sq]) * m.multiplier) >> m.shift)];
+    }
+    Bitboard bishopAttacks(int sq, Bitboard occ) const {
+        const Magic& m = BISHOP_MAGICS[sq];
+        return bishopTable[m.offset + (((occ & bishopMask[sq]) * m.multiplier) >> m.shift)];
+    }
+    Bitboard queenAttacks(int sq, Bitboard occ) const {
+        return rookAttacks(sq, occ) | bishopAttacks(sq, occ);
+    }
+    // Attacks of a piece of the given type (pawns excluded) from a square.
+    Bitboard pieceAttacks(int type, int sq, Bitboard occ) const {
+        switch (type) {
+            case KNIGHT: return knightAttacks[sq];
+            case BISHOP: return bishopAttacks(sq, occ);
+            case ROOK: return rookAttacks(sq, occ);
+            case QUEEN: return queenAttacks(sq, occ);
+            case KING: return kingAttacks[sq];
+            default: return 0;
+        }
+    }
+};

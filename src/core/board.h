@@ -1,0 +1,132 @@
+// The Board: one chess position with incrementally kept counters and keys, a stack of
+// per-move state records that makes unmaking a move a pop, and its own attack and key tables.
+// Every search thread owns a Board; nothing in it is shared between threads.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/attacks.h"
+#include "core/types.h"
+#include "core/zobrist.h"
+#include "eval/endgame.h"
+
+constexpr int MAX_STATES = 1024;  // state records, index 0 being the root position
+constexpr int MAX_PLY = 128;      // per-ply move lists of the search
+constexpr int MAX_MOVES = 256;
+// The search may push up to MAX_PLY records above the game, so a game kept on a Board must
+// stay below this many plies for the stack to hold both.
+constexpr int MAX_GAME_PLIES = MAX_STATES - MAX_PLY - 16;
+
+struct PositionState {
+    uint64_t key;          // position key
+    uint64_t pawnKey;      // pawns and kings only
+    uint64_t materialKey;  // material configuration only
+    uint32_t rule50;
+    uint32_t lastNull;
+    uint32_t castling;
+    uint32_t epSquare;
+    Move move;  // the move that produced this record; 0 for the root and a null move
+    uint8_t inCheck;
+    uint32_t repetition;
+    int32_t endgameId;
+    int32_t phaseMaterial;
+    int32_t staticEval;  // written by the search, read by the child as the parent's evaluation
+};
+static_assert(sizeof(PositionState) == 64);
+
+struct MoveList {
+    uint32_t count;
+    Move moves[MAX_MOVES];
+    uint64_t reducedKey;  // key of the position the list was filled for, side and e.p. removed
+
+    void add(Move m) { moves[count++] = m; }
+    Move* begin() { return moves; }
+    Move* end() { return moves + count; }
+};
+
+struct StateStack {
+    PositionState records[MAX_STATES];
+    uint32_t index;
+    uint8_t repetitions[16384];  // counters by key & 0x3fff
+    const ZobristKeys* keys;
+};
+
+class Board {
+public:
+    Board();
+    Board(const Board&) = delete;
+    Board& operator=(const Board&) = delete;
+
+    int squares[64];
+    Bitboard colorBB[2];
+    Bitboard pieceBB[14];
+    uint32_t nonPawnCount[2];
+    uint32_t pieceCount[13];
+    uint32_t totalPieces;
+    Bitboard emptyBB;
+    Bitboard occupiedBB;
+    uint32_t kingSquare[2];
+    AttackTables attacks;
+    Color sideToMove;
+    uint32_t ply;
+    Bitboard highlight;
+    std::unique_ptr<StateStack> stack;
+    ZobristKeys zobrist;
+    EndgameMap endgameMap;
+    std::string positionString;
+    std::unique_ptr<MoveList[]> moveLists;
+
+    // Position set-up.
+    void setStartPosition();
+    // Rebuilds every derived field from `squares` and `sideToMove`; resets the state stack.
+    void initPosition(uint32_t castling, uint32_t epSquare, uint32_t rule50);
+    void renewEndgameMap() { endgameMap = EndgameMap(zobrist); }
+
+    // FEN and the position command.
+    static int checkFen(std::string_view fen);
+    int setFen(std::string_view fen);
+    std::string getFen() const;
+    int setPosition(std::string_view commandLine);
+    std::string positionCommandString() const;
+    std::string playedMoves() const;
+
+    // Make and unmake.
+    void makeMove(Move m);
+    void unmakeMove(Move m);
+    void makeNullMove();
+    void unmakeNullMove();
+
+    // Mirror operations used by the evaluation symmetry test.
+    void flip();
+    bool flop();
+
+    // Queries.
+    PositionState& state() { return stack->records[stack->index]; }
+    const PositionState& state() const { return stack->records[stack->index]; }
+    uint32_t stateIndex() const { return stack->index; }
+    uint64_t key() const { return state().key; }
+    uint64_t reducedKey() const;
+    bool inCheck() const { return state().inCheck; }
+    Bitboard pieces(int piece) const { return pieceBB[piece]; }
+    Bitboard pieces(Color c, int type) const { return pieceBB[makePiece(c, type)]; }
+    MoveList& moveList(int ply) { return moveLists[ply]; }
+
+    // Attacks on a square by a colour; the defending king is taken off the board for the
+    // slider tests so that a king cannot step back along the line of a checking slider.
+    bool isAttacked(int sq, Color by) const;
+    // Pieces of both colours attacking a square with the given occupancy.
+    Bitboard attackersTo(int sq, Bitboard occ) const;
+    bool computeInCheck() const;
+    // Own pieces standing alone between the own king and an enemy slider.
+    Bitboard pinnedPieces(Color c) const;
+
+private:
+    void pushState(Move m);
+    void finishPush();
+    void transferPiece(int piece, int from, int to);
+    void putPiece(int piece, int sq);
+    void removePiece(int piece, int sq);
+    void updateEndgameId();
+};

@@ -1,0 +1,32 @@
+#include "uci/input_thread.h"
+
+#include <iostream>
+
+TInputThread::TInputThread() { reader = std::thread(&TInputThread::run, this); }
+
+TInputThread::~TInputThread() {
+    stopRequested = 1;
+    if (reader.joinable()) reader.join();
+}
+
+void TInputThread::run() {
+    while (!stopRequested) {
+        if (lineReady) {
+            std::this_thread::yield();  // the command loop has not taken the last line yet
+            continue;
+        }
+        std::string next;
+        if (!std::getline(std::cin, next)) next = "quit";  // end of input ends the program
+        stopRequested = next == "quit";
+        if (next.empty()) continue;
+        line = std::move(next);
+        lineReady = 1;
+    }
+}
+
+bool TInputThread::takeLine(std::string& out) {
+    if (!lineReady) return false;
+    out = line;
+    lineReady = 0;
+    return true;
+}
