@@ -75,7 +75,8 @@ bool equalHeavyPieces(const Board& b, int type) {
     if (onEdge(theirKing) && distance(theirKing, b.kingSquare[us]) == 2) return false;
     const AttackTables& at = b.attacks;
     Bitboard reach = at.pieceAttacks(type, ours, b.occupiedBB);
-    if ((reach & squareBB(theirs)) && distance(theirKing, theirs) > 1) return false;
+    Bitboard takers = reach | at.kingAttacks[b.kingSquare[us]];
+    if ((takers & squareBB(theirs)) && distance(theirKing, theirs) > 1) return false;
     Bitboard without = b.occupiedBB ^ squareBB(ours);
     for (Bitboard targets = reach & ~b.colorBB[us]; targets;) {
         int sq = popLsb(targets);

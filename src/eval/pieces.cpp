@@ -23,7 +23,7 @@ void Evaluator::pieces() {
     const int ksq = board.kingSquare[Us], theirKsq = board.kingSquare[Them];
 
     // Pawns that cannot move or that still stand at home take no part in the mobility count,
-    // nor do squares enemy pawns attack.
+    // nor do the own king and queen, nor squares enemy pawns attack.
     Bitboard blocked = ourPawns & shiftUp<Them>(occupied);
     Bitboard lowPawns = ourPawns & (relativeRankBB<Us>(1) | relativeRankBB<Us>(2));
     mobilityArea[Us] = ~(blocked | lowPawns | board.pieces(Us, KING) | board.pieces(Us, QUEEN) |

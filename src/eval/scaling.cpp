@@ -39,7 +39,8 @@ constexpr TrapPattern TRAPPED_FAR_BISHOPS[] = {
 constexpr TrapPattern TRAPPED_KNIGHTS[] = {
     {KNIGHT, A8, A7, C7}, {KNIGHT, H8, H7, F7},
 };
-// A rook in the corner beyond its king, its file closed by its own pawn.
+// A rook in the corner beyond its king, its file closed by its own pawn, with hardly a square
+// to go to.
 struct BoxedRook {
     int kings[2];
     int rooks[2];
@@ -86,7 +87,10 @@ Score patternsOf(const Board& board) {
             bool beyondKing = box.kingSide ? fileOf(rookSq) > kingFile : fileOf(rookSq) < kingFile;
             Bitboard closing =
                 fileBB(fileOf(rookSq)) & (relativeRankBB<Us>(1) | relativeRankBB<Us>(2));
-            if (beyondKing && holds<Us>(board, ROOK, rookSq) && (board.pieces(Us, PAWN) & closing))
+            if (beyondKing && holds<Us>(board, ROOK, rookSq) &&
+                (board.pieces(Us, PAWN) & closing) &&
+                popcount(board.attacks.rookAttacks(relativeSquare<Us>(rookSq), board.occupiedBB)) <=
+                    3)
                 score.mg += t.trappedRookMg;
         }
     }
