@@ -1,0 +1,173 @@
+// The endgame tables against known positions, and against the move generator: over thousands
+// of sampled positions, every stored value must follow from the values of its successors.
+#include "search/endgame_tables.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/board.h"
+#include "core/movegen.h"
+
+namespace {
+
+const EndgameTables& tables() { return EndgameTables::instance(); }
+
+// Scores of the tables: a win in n plies is 32767 - n, a loss in n plies n - 32766.
+constexpr int winIn(int plies) { return 32767 - plies; }
+constexpr int lossIn(int plies) { return plies - 32766; }
+constexpr int MATE_BOUND = 31743;
+
+// The probe of a position and of its colour-mirrored twin, which must agree.
+int probeBothColours(Board& board, const std::string& fen) {
+    EXPECT_EQ(board.setFen(fen), 0) << fen;
+    int score = tables().probe(board);
+    board.flip();
+    EXPECT_EQ(tables().probe(board), score) << "mirrored " << fen;
+    return score;
+}
+
+}  // namespace
+
+// Every process builds the tables once; a slow build would delay the first search. The bound
+// is loose so that sanitizer and debug builds pass too.
+TEST(EndgameTables, BuildIsCheap) { EXPECT_LT(tables().buildMilliseconds(), 1000.0); }
+
+TEST(EndgameTables, ExactScoresOfKnownPositions) {
+    const struct {
+        const char* fen;
+        int score;
+    } cases[] = {
+        {"k7/8/1K6/8/8/8/8/6Q1 w - - 0 1", winIn(1)},        // Qg8 mates
+        {"k7/8/1K6/8/8/8/8/7R w - - 0 1", winIn(1)},         // Rh8 mates
+        {"7r/8/8/8/8/1k6/8/K7 b - - 0 1", winIn(1)},         // Rh1 mates, black holds the rook
+        {"R6k/8/7K/8/8/8/8/8 b - - 0 1", lossIn(0)},         // checkmated by the rook
+        {"7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", lossIn(0)},       // checkmated by the queen
+        {"k7/8/1K6/8/8/8/8/7R b - - 0 1", lossIn(2)},        // Kb8 forced, then Rh8 mates
+        {"k7/8/1Q6/8/8/8/8/7K b - - 0 1", 0},                // stalemate
+        {"k7/1R6/8/8/8/8/8/7K b - - 0 1", 0},                // the rook is taken
+        {"7k/8/8/8/8/8/1q6/K7 w - - 0 1", 0},                // the queen is taken
+        {"k7/8/1K6/8/8/8/8/7N w - - 0 1", NO_TABLE_VALUE},   // knight
+        {"k7/8/1K6/8/8/8/8/6B1 w - - 0 1", NO_TABLE_VALUE},  // bishop
+        {"k7/8/1K6/8/8/8/8/8 w - - 0 1", NO_TABLE_VALUE},    // bare kings
+        {"k7/8/1K6/8/8/8/8/6RR w - - 0 1", NO_TABLE_VALUE},  // two rooks
+        {"k7/8/1K6/8/8/8/p7/7R w - - 0 1", NO_TABLE_VALUE},  // rook against pawn
+    };
+    Board board;
+    for (const auto& c : cases) EXPECT_EQ(probeBothColours(board, c.fen), c.score) << c.fen;
+}
+
+// Outcomes for the side to move; White holds the pawn.
+TEST(EndgameTables, KingAndPawnClassics) {
+    enum Outcome { LOSS = -1, DRAW, WIN };
+    const struct {
+        const char* fen;
+        Outcome outcome;
+    } cases[] = {
+        {"3k4/8/3K4/3P4/8/8/8/8 w - - 0 1", WIN},  // king on the sixth in front of the pawn
+        {"3k4/8/3K4/3P4/8/8/8/8 b - - 0 1", LOSS},
+        {"8/3k4/8/3K4/3P4/8/8/8 b - - 0 1", LOSS},  // the attacker holds the opposition
+        {"8/3k4/8/3K4/3P4/8/8/8 w - - 0 1", DRAW},  // the defender holds it
+        {"8/4k3/8/4K3/8/4P3/8/8 w - - 0 1", WIN},   // a spare pawn move wins the opposition
+        {"k7/8/1K6/P7/8/8/8/8 w - - 0 1", DRAW},    // rook pawn, defender in the corner
+        {"k7/8/1K6/P7/8/8/8/8 b - - 0 1", DRAW},
+        {"8/8/8/8/P5k1/8/8/7K b - - 0 1", LOSS},  // the defender cannot enter the square
+        {"8/8/8/8/P4k2/8/8/7K b - - 0 1", DRAW},  // it can
+        {"8/8/8/8/8/8/kP6/3K4 b - - 0 1", DRAW},  // the defender takes the pawn
+    };
+    Board board;
+    for (const auto& c : cases) {
+        int score = probeBothColours(board, c.fen);
+        if (c.outcome == DRAW)
+            EXPECT_EQ(score, 0) << c.fen;
+        else
+            EXPECT_GT(c.outcome * score, MATE_BOUND) << c.fen;
+    }
+}
+
+// With the piece's owner to move, king and rook or queen always mate; the slowest mates take
+// 16 and 10 moves.
+TEST(EndgameTables, EveryOwnerMoveWinsAndTheLongestMatesExist) {
+    const struct {
+        int kind;
+        int longestPlies;
+    } cases[] = {{ROOK, 31}, {QUEEN, 19}};
+    for (const auto& c : cases) {
+        int slowest = 0;
+        for (int owner = 0; owner < 64; owner++)
+            for (int lone = 0; lone < 64; lone++)
+                for (int piece = 0; piece < 64; piece++) {
+                    int v = tables().rawValue(c.kind, White, owner, lone, piece);
+                    if (v == EndgameTables::ILLEGAL) continue;
+                    ASSERT_GT(v, 0) << c.kind << " " << owner << " " << lone << " " << piece;
+                    slowest = std::max(slowest, 251 - 2 * v);
+                }
+        EXPECT_EQ(slowest, c.longestPlies) << c.kind;
+    }
+}
+
+namespace {
+
+// The score a position must have given the scores of its successors, by distance to mate.
+int scoreFromSuccessors(const std::vector<int>& successors, bool inCheck) {
+    if (successors.empty()) return inCheck ? lossIn(0) : 0;
+    int fastestWin = 0, slowestLoss = 0;
+    bool draw = false;
+    for (int s : successors) {
+        if (s < 0)
+            fastestWin = fastestWin ? std::min(fastestWin, s + 32766 + 1) : s + 32766 + 1;
+        else if (s == 0)
+            draw = true;
+        else
+            slowestLoss = std::max(slowestLoss, 32767 - s + 1);
+    }
+    return fastestWin ? winIn(fastestWin) : draw ? 0 : lossIn(slowestLoss);
+}
+
+// A random legal position of two kings and the piece, either colour holding it, or false.
+bool placeRandomPosition(Board& board, int piece, std::mt19937& rng) {
+    int squares[3];
+    for (int& sq : squares) sq = int(rng() % 64);
+    if (squares[0] == squares[1] || squares[0] == squares[2] || squares[1] == squares[2] ||
+        distance(squares[0], squares[1]) <= 1)
+        return false;
+    if (typeOf(piece) == PAWN && (rankOf(squares[2]) == 0 || rankOf(squares[2]) == 7)) return false;
+    std::fill(std::begin(board.squares), std::end(board.squares), EMPTY);
+    board.squares[squares[0]] = W_KING;
+    board.squares[squares[1]] = B_KING;
+    board.squares[squares[2]] = piece;
+    board.sideToMove = Color(rng() % 2);
+    board.initPosition(0, NO_SQUARE, 0);
+    return !board.isAttacked(board.kingSquare[~board.sideToMove], board.sideToMove);
+}
+
+}  // namespace
+
+// Promotions lead into the queen and rook tables through the probe; a capture or a minor
+// promotion leaves a draw.
+TEST(EndgameTables, EveryValueFollowsFromItsSuccessors) {
+    const int pieces[] = {W_ROOK, B_ROOK, W_QUEEN, B_QUEEN, W_PAWN, B_PAWN};
+    std::mt19937 rng(20191005);
+    Board board;
+    MoveList list;
+    for (int piece : pieces) {
+        int checked = 0;
+        while (checked < 20000) {
+            if (!placeRandomPosition(board, piece, rng)) continue;
+            checked++;
+            generateAll(board, list);
+            std::vector<int> successors;
+            for (Move m : list) {
+                board.makeMove(m);
+                int s = tables().probe(board);
+                successors.push_back(s == NO_TABLE_VALUE ? 0 : s);
+                board.unmakeMove(m);
+            }
+            ASSERT_EQ(tables().probe(board), scoreFromSuccessors(successors, board.inCheck()))
+                << board.getFen();
+        }
+    }
+}
