@@ -13,15 +13,11 @@
 #include "search/threads.h"
 #include "uci/console.h"
 
-namespace {
-
-std::string scoreText(int score) {
+std::string uciScore(int score) {
     if (score != NO_VALUE && score >= 31744) return "mate " + std::to_string((32768 - score) / 2);
     if (score != NO_VALUE && score < -31743) return "mate -" + std::to_string((score + 32768) / 2);
     return "cp " + std::to_string(score);
 }
-
-}  // namespace
 
 // Orders the root moves by the evaluation after each move; moves that lose material by SEE last.
 void TSearchThread::prepareRootMoves() {
@@ -131,6 +127,7 @@ void TSearchThread::rootSearch(int depth) {
 }
 
 void TMainSearchThread::printIteration(int depth) {
+    if (testRun) return;
     const int64_t elapsed = TimeManager::now() - limits.startTime;
     const uint64_t nodeCount = totalNodes();
     const float seconds = std::max(float(elapsed) / 1000.0f, 0.001f);
@@ -145,7 +142,7 @@ void TMainSearchThread::printIteration(int depth) {
             pv += moveToUci(rm.pv[i]);
         }
         consolePrint("info depth " + std::to_string(depth) + " seldepth " + std::to_string(selDepth) + " score " +
-                     scoreText(score) + " nodes " + std::to_string(nodeCount) + " nps " + std::to_string(nps) +
+                     uciScore(score) + " nodes " + std::to_string(nodeCount) + " nps " + std::to_string(nps) +
                      " time " + std::to_string(elapsed) + " multipv " + std::to_string(k) + " pv " + pv +
                      " hashfull " + std::to_string(tt.hashfull()) + " tbhits 0");
     }

@@ -35,12 +35,13 @@ uint64_t approximateChildKey(const Board& b, Move m) {
 
 int TSearchThread::evaluate() { return evaluator->Evaluate(); }
 
-int TSearchThread::recognizedEnding() {
+int TSearchThread::recognizedEnding(int ply) {
     const EndGameId id = EndGameId(board.state().endgameId);
     if (evaluator->recognizedDraw()) return 0;
     if (id == KRK || id == KQK || id == KPK) {
+        // Table mates count from the probed position; seen from the root they are ply further.
         int value = EndgameTables::instance().probe(board);
-        if (value != NO_VALUE) return value;
+        if (value != NO_TABLE_VALUE) return value > 0 ? value - ply : value < 0 ? value + ply : 0;
     }
     // Material that cannot force mate.
     if (id == KK || id == KNK || id == KBK || id == KNNK) return 0;
@@ -57,7 +58,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
     PositionState& st = board.state();
     if (st.repetition > 0 || st.rule50 > 100) return 0;
     if (st.endgameId != UNKNOWN) {
-        int value = recognizedEnding();
+        int value = recognizedEnding(ply);
         if (value != NO_VALUE) return value;
     }
     if (MATE - ply < beta) {
@@ -331,7 +332,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
         if (index == 0 && --pollCountdown <= 0) pollTime();
         if (stopFlag) return alpha;
         if (st.endgameId != UNKNOWN) {
-            int value = recognizedEnding();
+            int value = recognizedEnding(ply);
             if (value != NO_VALUE) return value;
         }
         if (MATE - ply < beta) {

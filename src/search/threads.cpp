@@ -217,5 +217,5 @@ void TMainSearchThread::finishSearch() {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::string line = "bestmove " + moveToUci(bestMove);
     if (reply) line += " ponder " + moveToUci(reply);
-    consolePrint(line);
+    if (!testRun) consolePrint(line);
 }

@@ -26,6 +26,9 @@ constexpr int MATE_THRESHOLD = 31743;  // beyond this a score announces a mate
 constexpr int NO_VALUE = -1000000;     // no score: unsearched, or the static value of a node in check
 constexpr bool isMateScore(int score) { return score != NO_VALUE && (score > MATE_THRESHOLD || score < -MATE_THRESHOLD); }
 
+// The score as the protocol prints it: "cp 25", "mate 3", "mate -2".
+std::string uciScore(int score);
+
 // Copies a move and the child's line into a PV buffer (zero-terminated, at most MAX_PLY moves).
 inline void copyPv(Move* pv, Move m, const Move* child) {
     pv[0] = m & MOVE_MASK;
@@ -87,7 +90,7 @@ protected:
     // Static evaluation of the thread's board from the side to move's view.
     int evaluate();
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
-    int recognizedEnding();
+    int recognizedEnding(int ply);
     void countNode() { nodes.store(nodes.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed); }
     void pollTime();
     void resetPollCountdown();
@@ -136,7 +139,7 @@ public:
     // Sets the number of worker threads; workers beyond it are destroyed last-created first.
     void setWorkerCount(int count);
     int workerCount() const { return int(workers.size()); }
-    // Set while an EPD suite runs.
+    // Set while an EPD suite runs: the searches print nothing.
     bool testRun = false;
 
 private:

@@ -65,6 +65,10 @@ public:
     bool setweight(std::string& line);
     bool setparam(std::string& line);
     bool runcmdfile(std::string& line);
+    bool loadepd(std::string& line);
+    bool runepd(std::string& line);
+    bool ucinewgame(std::string& line);
+    bool bench(std::string& line);
     bool runwdlfen(std::string& line);
     bool evaltest(std::string& line);
     bool flip(std::string& line);
