@@ -70,6 +70,9 @@ public:
     // Blocks until the thread is idle again.
     void waitUntilIdle();
     bool isSearching() const { return searching.load(); }
+    // The root moves of the last search, best first.
+    int rootMoveTotal() const { return rootMoveCount; }
+    const RootMove& rootMove(int i) const { return rootMoves[i]; }
 
     const int index;
     int startDepth = 1;
