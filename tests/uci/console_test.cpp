@@ -1,0 +1,205 @@
+// The console as a GUI or a person meets it: banner, identification, option listing, the small
+// commands, unknown input and the ways the program ends.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "engine_process.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const Lines UCI_REPLY = {
+    "id name Morvane 4.0.853 x64",
+    "id author Vannos",
+    "option name Ponder type check default true",
+    "option name Threads type spin default 1 min 1 max 128",
+    "option name Hash type spin default 128 min 1 max 8192",
+    "option name Clear Hash type button",
+    "option name OwnBook type check default true",
+    "option name Book File type string default medium.mbk",
+    "option name Fallback to Internal Book type check default true",
+    "option name MultiPV type spin default 1 min 1 max 64",
+    "option name Output Search Depth Info type check default true",
+    "option name Output Current Move Info type check default false",
+    "option name Output Total Time and Nodes type check default true",
+    "option name Console Mode type check default false",
+    "option name CommandFile type string default <NONE>",
+    "info internal book positions 24278 moves 34622",
+    "uciok",
+};
+
+// The Hash line carries the Ponder flag (0), not the table size: GUIs already read it that way.
+Lines showoptionReply(const std::string& bookFile) {
+    return {
+        "option name Ponder type check default true value false",
+        "option name Threads type spin default 1 min 1 max 128 value 1",
+        "option name Hash type spin default 128 min 1 max 8192 value 0",
+        "option name OwnBook type check default true value true",
+        "option name Book File type string default medium.mbk value " + bookFile,
+        "option name Fallback to Internal Book type check default true value true",
+        "option name MultiPV type spin default 1 min 1 max 64 value 1",
+        "option name Output Search Depth Info type check default true value true",
+        "option name Output Current Move Info type check default false value false",
+        "option name Output Total Time and Nodes type check default true value true",
+        "option name Console Mode type check default false value false",
+        "option name CommandFile type string default <NONE>",
+    };
+}
+
+}  // namespace
+
+TEST(Console, BannerThenReadyok) {
+    EngineProcess engine;
+    engine.expectBanner();
+    engine.sendLine("isready");
+    EXPECT_EQ(engine.readLine(), "readyok");
+    // Nothing but the banner precedes the first reply, and nothing follows it unasked.
+    EXPECT_EQ(engine.collectFor(100), Lines{});
+}
+
+TEST(Console, UciAndShowoptionRepliesAreExact) {
+    EngineProcess engine;
+    engine.expectBanner();
+    EXPECT_EQ(engine.command("uci"), UCI_REPLY);
+    EXPECT_EQ(engine.command("showoption"), showoptionReply(""));
+    // Asking twice gives the same answer: the replies have no state of their own.
+    EXPECT_EQ(engine.command(Lines{"uci", "showoption"}).size(), UCI_REPLY.size() + 12);
+}
+
+TEST(Console, BookFileInWorkingDirectoryIsShown) {
+    std::filesystem::path directory =
+        std::filesystem::temp_directory_path() / ("morvane-book-" + std::to_string(getpid()));
+    std::filesystem::create_directories(directory);
+    std::ofstream(directory / "medium.mbk") << std::string(16, '\0');
+    {
+        EngineProcess engine(directory.string());
+        engine.expectBanner();
+        EXPECT_EQ(engine.command("showoption"), showoptionReply("medium.mbk"));
+    }
+    std::filesystem::remove_all(directory);
+}
+
+// Each row: the lines typed and exactly what the engine answers before the next "readyok".
+TEST(Console, CommandReplies) {
+    struct Case {
+        Lines input;
+        Lines reply;
+    };
+    const Case cases[] = {
+        {{"isready"}, {"readyok"}},
+        {{"isready \t \t"}, {"readyok"}},  // trailing blanks and tabs do not count
+        {{"eval"}, {"Detailed evaluation information not available!"}},
+        {{"weights"}, {}},
+        {{"setparam Razoring 300"}, {}},
+        {{"runwdlfen"}, {"0"}},
+        {{"tbtest krkp"}, {"Gaviota TableBase Support not compiled"}},
+        {{"tbtest KRKB"}, {"Gaviota TableBase Support not compiled"}},
+        {{"tbtest abcd"}, {"Gaviota TableBase Support not compiled"}},  // name not checked
+        {{"tbtest kk"}, {"Usage: tbtest EndGameId [KRKP, KRKB ...]"}},
+        {{"tbtest kpk"}, {"Usage: tbtest EndGameId [KRKP, KRKB ...]"}},
+        {{"xyz"}, {"Unknown command : xyz"}},
+        {{"xyz abc def"}, {"Unknown command : xyz"}},  // only the command word is echoed
+        {{"Quit"}, {"Unknown command : Quit"}},
+        {{"QUIT"}, {"Unknown command : QUIT"}},
+        {{"ISREADY"}, {"Unknown command : ISREADY"}},
+        {{"Print"}, {"Unknown command : Print"}},
+        {{"uci\r"}, {"Unknown command : uci\r"}},  // a carriage return is part of the word
+        {{"   "}, {"Unknown command : "}},
+        {{" isready"}, {"Unknown command : "}},  // a leading blank makes an empty command word
+        {{"\t"}, {"Unknown command : "}},
+        {{""}, {}},  // empty lines are never handed to the command loop
+        {{"", "", "eval", ""}, {"Detailed evaluation information not available!"}},
+        {{"e2e5"}, {"Illegal move: e2e5"}},
+        {{"e2e4q"}, {"Illegal move: e2e4q"}},  // a promotion letter on a push that does not promote
+        {{"i2i4"}, {"Unknown command : i2i4"}},
+        {{"a1a"}, {"Unknown command : a1a"}},
+    };
+    EngineProcess engine;
+    engine.expectBanner();
+    for (const Case& c : cases) {
+        for (const std::string& line : c.input) engine.sendLine(line);
+        engine.sendLine("isready");
+        Lines expected = c.reply;
+        expected.push_back("readyok");
+        EXPECT_EQ(engine.readLines(expected.size()), expected) << "input: " << c.input[0];
+    }
+    // Nothing was left over from the table.
+    EXPECT_EQ(engine.command("eval"), Lines{"Detailed evaluation information not available!"});
+}
+
+// A handler that fails is reported on one line and the loop goes on with the next command.
+TEST(Console, FailingCommandIsReportedAndLoopContinues) {
+    EngineProcess engine;
+    engine.expectBanner();
+    Lines reply = engine.command("tbtest");
+    ASSERT_EQ(reply.size(), 1u);
+    EXPECT_TRUE(reply[0].starts_with("Error in command 'tbtest'")) << reply[0];
+    EXPECT_EQ(engine.command("tbtest krkp"), Lines{"Gaviota TableBase Support not compiled"});
+    engine.sendLine("quit");
+    EXPECT_EQ(engine.waitExit(), 0);
+}
+
+TEST(Console, QuitEndsWithStatusZero) {
+    EngineProcess engine;
+    engine.expectBanner();
+    engine.sendLine("quit");
+    EXPECT_EQ(engine.waitExit(), 0);
+    EXPECT_EQ(engine.collectFor(0), Lines{});
+    EXPECT_EQ(engine.errorOutput(), "");
+}
+
+TEST(Console, EndOfInputEndsWithStatusZero) {
+    EngineProcess engine;
+    engine.expectBanner();
+    EXPECT_EQ(engine.command("eval").size(), 1u);
+    engine.closeInput();
+    EXPECT_EQ(engine.waitExit(), 0);
+}
+
+// A last line without its newline is still a command; the end of input after it quits.
+TEST(Console, LastLineWithoutNewlineIsRead) {
+    EngineProcess engine;
+    engine.expectBanner();
+    engine.sendRaw("isready");
+    engine.closeInput();
+    EXPECT_EQ(engine.readLine(), "readyok");
+    EXPECT_EQ(engine.waitExit(), 0);
+}
+
+// Everything queued before the quit is answered, nothing after it.
+TEST(Console, CommandsAfterQuitAreNotRun) {
+    EngineProcess engine;
+    engine.expectBanner();
+    engine.sendRaw("isready\neval\nquit\nisready\n");
+    EXPECT_EQ(engine.readLines(2),
+              (Lines{"readyok", "Detailed evaluation information not available!"}));
+    EXPECT_EQ(engine.waitExit(), 0);
+    EXPECT_EQ(engine.collectFor(0), Lines{});
+}
+
+// "quit now" ends the command loop, but only a line that is exactly "quit" stops the reader: if
+// the reader is already waiting for input, the program exits after one more line.
+TEST(Console, QuitWithArgumentsEndsAfterOneMoreLine) {
+    GTEST_SKIP() << "engine fault: after 'quit now' a further ordinary line can make the reader "
+                    "spin forever, and the program never exits";
+    for (const char* quit : {"quit now", "quit  ", "quit\t"}) {
+        EngineProcess engine;
+        engine.expectBanner();
+        engine.sendLine(quit);
+        EXPECT_EQ(engine.collectFor(100), Lines{}) << quit;
+        engine.trySendLine("isready");  // read, but no longer handled
+        EXPECT_EQ(engine.waitExit(), 0) << quit;
+        EXPECT_EQ(engine.collectFor(0), Lines{}) << quit;
+    }
+}
+
+TEST(Console, QuitNowEndsAtEndOfInput) {
+    EngineProcess engine;
+    engine.expectBanner();
+    engine.sendLine("quit now");
+    engine.closeInput();
+    EXPECT_EQ(engine.waitExit(), 0);
+}
