@@ -106,4 +106,18 @@ AttackTables::AttackTables() {
             passedMask[c][sq] = (sides | fileBB(file)) & frontRanks;
         }
     }
+    constexpr Bitboard QUEEN_SIDE = FILE_A | FILE_A << 1 | FILE_A << 2 | FILE_A << 3;
+    constexpr Bitboard CENTRE_FILES = QUEEN_SIDE << 2;
+    constexpr Bitboard KING_SIDE = QUEEN_SIDE << 4;
+    constexpr Bitboard FLANKS[8] = {QUEEN_SIDE,   QUEEN_SIDE, QUEEN_SIDE, CENTRE_FILES,
+                                    CENTRE_FILES, KING_SIDE,  KING_SIDE,  KING_SIDE};
+    for (int sq = 0; sq < 64; sq++) {
+        kingFlank[sq] = FLANKS[fileOf(sq)];
+        int file = fileOf(sq) < 1 ? 1 : fileOf(sq) > 6 ? 6 : fileOf(sq);
+        int whiteRank = rankOf(sq) < 1 ? 1 : rankOf(sq);
+        int blackRank = rankOf(sq) > 6 ? 6 : rankOf(sq);
+        int whiteCentre = makeSquare(file, whiteRank), blackCentre = makeSquare(file, blackRank);
+        kingZone[White][sq] = kingAttacks[whiteCentre] | squareBB(whiteCentre);
+        kingZone[Black][sq] = kingAttacks[blackCentre] | squareBB(blackCentre);
+    }
 }

@@ -39,6 +39,10 @@ struct AttackTables {
     Bitboard passedMask[2][64];        // front span of the square's and the adjacent files
     Bitboard attackSpan[2][64];        // front span of the adjacent files only
     Bitboard adjacentFiles[64];        // the files beside the square's file, whole board
+    // The king's square and neighbours, moved in from the edge files and off the back rank so
+    // that every zone spans three files and three ranks.
+    Bitboard kingZone[2][64];
+    Bitboard kingFlank[64];            // the files of the king's wing: a-d, c-f or e-h
 
     AttackTables();
 

@@ -27,7 +27,7 @@ const std::string TABLE_LINE = " -----------------------------------------------
 
 bool Engine::bench(std::string&) {
     const int64_t benchStart = TimeManager::now();
-    const int count = int(std::size(BENCH_POSITIONS));
+    const int count = BENCH_POSITION_COUNT;
     std::vector<BenchResult> results;
     for (int i = 0; i < count; i++) {
         const BenchPosition& p = BENCH_POSITIONS[i];

@@ -1,0 +1,151 @@
+// The draw recogniser: small endings, known by their EndGameId, that are dead draws either
+// always or when their pieces stand in a known drawing pattern. A recognised draw scores 0
+// before any cache is consulted.
+#include "eval/evaluator.h"
+#include "eval/pawn_sets.h"
+
+namespace {
+
+// The colour holding pieces of the type (the one side that has them in these endings).
+Color owner(const Board& b, int type) { return b.pieces(White, type) ? White : Black; }
+int squareOf(const Board& b, Color c, int type) { return lsb(b.pieces(c, type)); }
+
+constexpr Bitboard EDGES = FILE_A | FILE_H | RANK_1 | RANK_8;
+bool onEdge(int sq) { return EDGES & squareBB(sq); }
+
+// The pawn's way to promotion and the one square in front.
+Bitboard pawnPath(const Board& b, Color c, int pawnSq) { return b.attacks.forwardFile[c][pawnSq]; }
+int promotionSquare(Color c, int pawnSq) { return makeSquare(fileOf(pawnSq), c == White ? 7 : 0); }
+
+bool alwaysDrawn(const Board&) { return true; }
+
+// Two knights cannot force mate; only a king on the edge can walk into one.
+bool drawnKNNK(const Board& b) { return !onEdge(b.kingSquare[~owner(b, KNIGHT)]); }
+
+// The pawn is two steps or less from promotion, its king guards it from the side, and the
+// rook's king is too far away to help.
+bool drawnKRKP(const Board& b) {
+    Color strong = owner(b, ROOK), weak = ~strong;
+    int pawnSq = squareOf(b, weak, PAWN), weakKing = b.kingSquare[weak],
+        strongKing = b.kingSquare[strong];
+    return relativeRank(weak, pawnSq) >= 5 && distance(weakKing, pawnSq) <= 1 &&
+           !(pawnPath(b, weak, pawnSq) & squareBB(weakKing)) && distance(strongKing, pawnSq) >= 3 &&
+           distance(strongKing, promotionSquare(weak, pawnSq)) >= 3;
+}
+
+// A minor piece next to its king away from the edge holds against a rook, unless the rook can
+// take it at once.
+bool minorHoldsRook(const Board& b, int minorType) {
+    Color strong = owner(b, ROOK), weak = ~strong;
+    int minorSq = squareOf(b, weak, minorType), weakKing = b.kingSquare[weak];
+    bool defended = distance(weakKing, minorSq) <= 1;
+    bool attacked =
+        b.attacks.rookAttacks(squareOf(b, strong, ROOK), b.occupiedBB) & squareBB(minorSq);
+    return !onEdge(weakKing) && distance(weakKing, minorSq) <= 2 && (defended || !attacked);
+}
+
+bool drawnKRKN(const Board& b) { return minorHoldsRook(b, KNIGHT); }
+
+// Against a rook and a bishop the king is safe in the corner the bishop does not cover: the
+// bishop blocks the mating check.
+bool drawnKRKB(const Board& b) {
+    if (minorHoldsRook(b, BISHOP)) return true;
+    Color weak = ~owner(b, ROOK);
+    int weakKing = b.kingSquare[weak];
+    bool bishopLight = b.pieces(weak, BISHOP) & LIGHT_SQUARES;
+    for (int corner : {0, 7, 56, 63}) {
+        bool cornerLight = LIGHT_SQUARES & squareBB(corner);
+        if (cornerLight != bishopLight && distance(weakKing, corner) <= 1) {
+            int bishopSq = squareOf(b, weak, BISHOP);
+            return distance(weakKing, bishopSq) <= 1 ||
+                   !(b.attacks.rookAttacks(squareOf(b, ~weak, ROOK), b.occupiedBB) &
+                     squareBB(bishopSq));
+        }
+    }
+    return false;
+}
+
+// Equal heavy pieces: drawn unless the side to move is in check, can take the other piece for
+// nothing, can check while attacking it (a skewer or a fork), or may have a mate on the edge.
+bool equalHeavyPieces(const Board& b, int type) {
+    Color us = b.sideToMove, them = ~us;
+    if (b.inCheck()) return false;
+    int ours = squareOf(b, us, type), theirs = squareOf(b, them, type),
+        theirKing = b.kingSquare[them];
+    if (onEdge(theirKing) && distance(theirKing, b.kingSquare[us]) == 2) return false;
+    const AttackTables& at = b.attacks;
+    Bitboard reach = at.pieceAttacks(type, ours, b.occupiedBB);
+    if ((reach & squareBB(theirs)) && distance(theirKing, theirs) > 1) return false;
+    Bitboard without = b.occupiedBB ^ squareBB(ours);
+    for (Bitboard targets = reach & ~b.colorBB[us]; targets;) {
+        int sq = popLsb(targets);
+        bool check = at.pieceAttacks(type, sq, without) & squareBB(theirKing);
+        bool hitsPiece =
+            at.pieceAttacks(type, sq, without ^ squareBB(theirKing)) & squareBB(theirs);
+        if (check && hitsPiece) return false;
+    }
+    return true;
+}
+
+bool drawnKRKR(const Board& b) { return equalHeavyPieces(b, ROOK); }
+bool drawnKQKQ(const Board& b) { return equalHeavyPieces(b, QUEEN); }
+
+// A minor piece against a pawn: drawn when the piece's king stands on or next to the pawn's
+// path, or the piece itself controls the path and cannot be taken for nothing.
+bool minorStopsPawn(const Board& b, int minorType) {
+    Color defender = owner(b, minorType), runner = ~defender;
+    int pawnSq = squareOf(b, runner, PAWN), minorSq = squareOf(b, defender, minorType);
+    int defenderKing = b.kingSquare[defender];
+    Bitboard path = pawnPath(b, runner, pawnSq);
+    if (path & (b.attacks.kingAttacks[defenderKing] | squareBB(defenderKing))) return true;
+    Bitboard control = b.attacks.pieceAttacks(minorType, minorSq, b.occupiedBB) | squareBB(minorSq);
+    bool safe = distance(b.kingSquare[runner], minorSq) > 1 ||
+                distance(defenderKing, minorSq) <= 1 || b.sideToMove == defender;
+    return (path & control) && safe;
+}
+
+bool drawnKBKP(const Board& b) { return minorStopsPawn(b, BISHOP); }
+bool drawnKNKP(const Board& b) { return minorStopsPawn(b, KNIGHT); }
+
+// A rook pawn whose promotion square the bishop does not cover, with the defending king in
+// that corner.
+bool drawnKBPK(const Board& b) {
+    Color strong = owner(b, BISHOP);
+    int pawnSq = squareOf(b, strong, PAWN);
+    if (fileOf(pawnSq) != 0 && fileOf(pawnSq) != 7) return false;
+    int promotion = promotionSquare(strong, pawnSq);
+    bool bishopLight = b.pieces(strong, BISHOP) & LIGHT_SQUARES;
+    bool promotionLight = LIGHT_SQUARES & squareBB(promotion);
+    return bishopLight != promotionLight && distance(b.kingSquare[~strong], promotion) <= 1;
+}
+
+// A rook or bishop pawn on the seventh next to its king holds against the queen (stalemate
+// ideas) when the queen's king is far away.
+bool drawnKQKP(const Board& b) {
+    Color strong = owner(b, QUEEN), weak = ~strong;
+    int pawnSq = squareOf(b, weak, PAWN);
+    int file = fileOf(pawnSq);
+    bool drawingFile = file == 0 || file == 2 || file == 5 || file == 7;
+    return drawingFile && relativeRank(weak, pawnSq) == 6 &&
+           distance(b.kingSquare[weak], pawnSq) <= 1 && distance(b.kingSquare[strong], pawnSq) >= 4;
+}
+
+struct DrawPattern {
+    EndGameId id;
+    bool (*drawn)(const Board&);
+};
+constexpr DrawPattern DRAW_PATTERNS[] = {
+    {KNKN, alwaysDrawn}, {KBKN, alwaysDrawn}, {KBKB, alwaysDrawn}, {KNNK, drawnKNNK},
+    {KRKP, drawnKRKP},   {KRKN, drawnKRKN},   {KRKB, drawnKRKB},   {KRKR, drawnKRKR},
+    {KBKP, drawnKBKP},   {KNKP, drawnKNKP},   {KBPK, drawnKBPK},   {KQKP, drawnKQKP},
+    {KQKQ, drawnKQKQ},
+};
+
+}  // namespace
+
+bool Evaluator::recognizedDraw() const {
+    EndGameId id = EndGameId(board.state().endgameId);
+    for (const DrawPattern& pattern : DRAW_PATTERNS)
+        if (pattern.id == id) return pattern.drawn(board);
+    return false;
+}

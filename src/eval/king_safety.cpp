@@ -1,0 +1,68 @@
+// The king: the attack on the enemy king, measured in attack units and read off the king-attack
+// curve, and the king's activity once the middle game is over.
+#include <algorithm>
+
+#include "eval/evaluator.h"
+#include "eval/pawn_sets.h"
+
+// Attack units: the attackers and their weight, attacks next to the king and on weak squares of
+// its zone, safe checks and a thin shelter; an attack without the queen hardly counts, and
+// every unit shrinks with the attacker's material.
+template <Color Us>
+int Evaluator::kingAttack() {
+    constexpr Color Them = ~Us;
+    const EvalTables& t = evalTables;
+    const AttackTables& at = board.attacks;
+    const bool hasQueen = board.pieces(Us, QUEEN);
+    if (!hasQueen && nonPawnMaterial[Us] < t.attackingMaterial) return t.kingAttackCurve[0];
+
+    const int ksq = board.kingSquare[Them];
+    const Bitboard occupied = board.occupiedBB;
+    // Attacked by us, defended at most once and only by the king or the queen.
+    Bitboard weak = attackedBy[Us][0] & ~attackedBy2[Them] &
+                    (~attackedBy[Them][0] | attackedBy[Them][KING] | attackedBy[Them][QUEEN]);
+    Bitboard safe = ~board.colorBB[Us] & (~attackedBy[Them][0] | (weak & attackedBy2[Us]));
+    Bitboard rookLines = at.rookAttacks(ksq, occupied),
+             bishopLines = at.bishopAttacks(ksq, occupied);
+    int safeChecks =
+        bool(at.knightAttacks[ksq] & attackedBy[Us][KNIGHT] & safe) +
+        bool(bishopLines & attackedBy[Us][BISHOP] & safe) +
+        bool(rookLines & attackedBy[Us][ROOK] & safe) +
+        bool((rookLines | bishopLines) & attackedBy[Us][QUEEN] & safe & ~attackedBy[Them][QUEEN]);
+
+    int units = kingAttackersCount[Us] * kingAttackersWeight[Us] +
+                t.kingZoneAttackMg * (kingAdjacentAttacks[Us] + popcount(weak & kingZone[Them])) +
+                t.safeCheckMg * safeChecks - pawnEntry->shelterMg[Them] -
+                (hasQueen ? 0 : t.noQueenMg);
+    units = units * std::min(nonPawnMaterial[Us], t.fullNonPawnMaterial) / t.fullNonPawnMaterial;
+    return t.kingAttackCurve[std::clamp(units / 8, 0, KING_ATTACK_CURVE_SIZE - 1)];
+}
+
+// The king wants room to move, and in the end game to stay near its own pawns and to stand on
+// a wing where there are pawns at all.
+template <Color Us>
+void Evaluator::kingActivity() {
+    constexpr Color Them = ~Us;
+    const EvalTables& t = evalTables;
+    const int ksq = board.kingSquare[Us];
+    // In the middle game only the squares beside and behind the king count: room to step
+    // aside from a check, not an invitation to walk forward.
+    Bitboard moves = board.attacks.kingAttacks[ksq] & ~board.colorBB[Us] & ~attackedBy[Them][0];
+    Bitboard aside = moves & ~board.attacks.passedMask[Us][ksq];
+    mg[Us] += t.kingMobility[popcount(aside)].mg;
+    eg[Us] += t.kingMobility[popcount(moves)].eg;
+
+    Bitboard ourPawns = board.pieces(Us, PAWN);
+    if (ourPawns) {
+        int nearest = 8;
+        for (Bitboard b = ourPawns; b;) nearest = std::min(nearest, distance(ksq, popLsb(b)));
+        eg[Us] -= t.kingPawnDistanceEg * (nearest - 1);
+    }
+    if (!((ourPawns | board.pieces(Them, PAWN)) & board.attacks.kingFlank[ksq]))
+        eg[Us] += t.pawnlessFlankEg;
+}
+
+template int Evaluator::kingAttack<White>();
+template int Evaluator::kingAttack<Black>();
+template void Evaluator::kingActivity<White>();
+template void Evaluator::kingActivity<Black>();
