@@ -2,8 +2,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -29,15 +27,14 @@ int slot(uint64_t key, int i) { return i ^ int((key >> 32) & 3); }
 
 }  // namespace
 
-TranspositionTable::~TranspositionTable() { std::free(clusters); }
-
 int TranspositionTable::resize(int64_t megabytes) {
     int64_t mb = megabytes < 2 ? 1 : megabytes > 8192 ? 8192 : megabytes;
     mb = int64_t(1) << int(std::floor(std::log2(float(mb))));
     uint64_t count = uint64_t(mb) * (1 << 20) / sizeof(TTCluster);
     if (count == clusterCount) return int(mb);
-    std::free(clusters);
-    clusters = static_cast<TTCluster*>(std::aligned_alloc(64, count * sizeof(TTCluster)));
+    memory.reset();
+    memory = std::make_unique<ZeroedBuffer>(count * sizeof(TTCluster));
+    clusters = static_cast<TTCluster*>(memory->data());
     clusterCount = count;
     mask = count - 1;
     clear();
@@ -45,7 +42,7 @@ int TranspositionTable::resize(int64_t megabytes) {
 }
 
 void TranspositionTable::clear() {
-    std::memset(static_cast<void*>(clusters), 0, clusterCount * sizeof(TTCluster));
+    memory->clear();
     freshMark = FRESH_MARK;
     touchedMark = TOUCHED_MARK;
     filledCount = 0;

@@ -8,7 +8,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <memory>
+
 #include "core/types.h"
+#include "eval/zeroed_buffer.h"
 
 enum Bound : uint32_t { BOUND_NONE = 0, BOUND_EXACT = 1, BOUND_UPPER = 2, BOUND_LOWER = 3 };
 
@@ -33,7 +36,6 @@ struct ProbeResult {
 class TranspositionTable {
 public:
     TranspositionTable() = default;
-    ~TranspositionTable();
     TranspositionTable(const TranspositionTable&) = delete;
     TranspositionTable& operator=(const TranspositionTable&) = delete;
 
@@ -56,6 +58,8 @@ public:
     static constexpr uint32_t TOUCHED_MARK = 2;  // hit by a probe or overwritten with its own key
 
 private:
+    // Pages come zeroed from the system on first touch and are handed back by clear().
+    std::unique_ptr<ZeroedBuffer> memory;
     TTCluster* clusters = nullptr;
     uint64_t clusterCount = 0;
     uint64_t mask = 0;
