@@ -1,0 +1,104 @@
+// Attack tables: magic slider lookups against a slow ray walk, and the attacked-square test.
+#include <gtest/gtest.h>
+
+#include "core/names.h"
+#include "test_positions.h"
+
+namespace {
+
+constexpr int ROOK_STEPS[4][2] = {{0, 1}, {0, -1}, {1, 0}, {-1, 0}};
+constexpr int BISHOP_STEPS[4][2] = {{1, 1}, {1, -1}, {-1, 1}, {-1, -1}};
+
+bool onBoard(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
+
+// Each ray up to and including its first occupied square; with edges false, the rays without
+// their edge squares (the occupancy that matters to a slider).
+Bitboard rayWalk(int sq, Bitboard occ, const int (*steps)[2], bool edges = true) {
+    Bitboard b = 0;
+    for (int d = 0; d < 4; d++) {
+        int df = steps[d][0], dr = steps[d][1];
+        for (int f = fileOf(sq) + df, r = rankOf(sq) + dr;
+             onBoard(f, r) && (edges || onBoard(f + df, r + dr)); f += df, r += dr) {
+            b |= squareBB(makeSquare(f, r));
+            if (occ & squareBB(makeSquare(f, r))) break;
+        }
+    }
+    return b;
+}
+
+int square(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
+
+}  // namespace
+
+// Every subset of every relevant mask, with random bits outside the mask, must give the ray-walk
+// result: a wrong multiplier, shift or offset shows up as a collision.
+TEST(Attacks, MagicLookupsMatchRayWalkForEveryMaskSubset) {
+    auto board = coretest::newBoard();
+    const AttackTables& at = board->attacks;
+    std::mt19937_64 rng(7);
+    for (int sq = 0; sq < 64; sq++) {
+        for (bool rook : {true, false}) {
+            const auto* steps = rook ? ROOK_STEPS : BISHOP_STEPS;
+            Bitboard mask = rayWalk(sq, 0, steps, false), subset = 0;
+            ASSERT_EQ(rook ? at.rookMask[sq] : at.bishopMask[sq], mask) << SQUARE_NAMES[sq];
+            do {
+                Bitboard occ = subset | (rng() & ~mask);
+                Bitboard actual = rook ? at.rookAttacks(sq, occ) : at.bishopAttacks(sq, occ);
+                ASSERT_EQ(actual, rayWalk(sq, occ, steps))
+                    << SQUARE_NAMES[sq] << " occupancy " << occ;
+                subset = (subset - mask) & mask;
+            } while (subset);
+        }
+    }
+}
+
+TEST(Attacks, EmptyBoardCounts) {
+    auto board = coretest::newBoard();
+    const AttackTables& at = board->attacks;
+    struct Case {
+        const char* what;
+        Bitboard attacks;
+        int count;
+    } cases[] = {
+        {"rook a1", at.rookAttacks(square("a1"), 0), 14},
+        {"bishop a1", at.bishopAttacks(square("a1"), 0), 7},
+        {"queen d4", at.queenAttacks(square("d4"), 0), 27},
+        {"queen e5", at.queenAttacks(square("e5"), 0), 27},
+        {"knight a1", at.knightAttacks[square("a1")], 2},
+        {"knight e4", at.knightAttacks[square("e4")], 8},
+        {"king h8", at.kingAttacks[square("h8")], 3},
+        {"king e4", at.kingAttacks[square("e4")], 8},
+        {"pawn a2", at.pawnAttacks[White][square("a2")], 1},
+        {"pawn h7", at.pawnAttacks[Black][square("h7")], 1},
+        {"pawn e8", at.pawnAttacks[White][square("e8")], 0},
+        {"queen lines a1", at.queenLines[square("a1")], 21},
+    };
+    for (const Case& c : cases) EXPECT_EQ(popcount(c.attacks), c.count) << c.what;
+}
+
+TEST(Attacks, AttackedSquares) {
+    struct Case {
+        const char* fen;
+        const char* square;
+        Color by;
+        bool attacked;
+    } cases[] = {
+        // The king does not shield the square behind it from the slider that checks it; any
+        // other piece does.
+        {"4r1k1/8/8/8/8/8/4K3/8 w - - 0 1", "e1", Black, true},
+        {"4r1k1/8/8/8/8/8/4N3/4K3 w - - 0 1", "e1", Black, false},
+        // Pawns attack diagonally forward only.
+        {"4k3/8/8/8/4P3/8/8/4K3 w - - 0 1", "d5", White, true},
+        {"4k3/8/8/8/4P3/8/8/4K3 w - - 0 1", "e5", White, false},
+        {"4k3/8/8/8/4P3/8/8/4K3 w - - 0 1", "d3", White, false},
+        {"4k3/8/8/4p3/8/8/8/4K3 w - - 0 1", "f4", Black, true},
+        {"4k3/8/8/8/3q4/8/8/K7 w - - 0 1", "h8", Black, true},
+        {"4k3/8/8/8/3q4/4N3/8/K7 w - - 0 1", "f2", Black, false},
+    };
+    auto board = coretest::newBoard();
+    for (const Case& c : cases) {
+        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
+        EXPECT_EQ(board->isAttacked(square(c.square), c.by), c.attacked)
+            << c.fen << " " << c.square;
+    }
+}

@@ -1,0 +1,190 @@
+// Make and unmake: incremental fields against a position set up from scratch, full restoration
+// on unmake, rights, en passant, null moves and repetitions.
+#include <gtest/gtest.h>
+
+#include "test_positions.h"
+
+namespace {
+
+using coretest::BoardSnapshot;
+using coretest::PositionFields;
+
+// Makes coordinate moves; "null" makes a null move.
+void play(Board& board, const std::string& moves) {
+    std::istringstream in(moves);
+    for (std::string text; in >> text;) {
+        if (text == "null") {
+            board.makeNullMove();
+            continue;
+        }
+        Move m = parseMove(board, text);
+        ASSERT_TRUE(m && isMoveInList(board, m)) << text << " in " << board.getFen();
+        board.makeMove(m);
+    }
+}
+
+// Makes the move (0: a null move) and compares with a board set up from the resulting FEN, then
+// unmakes it and compares with the position before, then makes it again.
+void checkedMake(Board& board, Board& scratch, Move m) {
+    BoardSnapshot before(board);
+    m ? board.makeMove(m) : board.makeNullMove();
+    const std::string fen = board.getFen();
+    ASSERT_EQ(scratch.setFen(fen), 0) << fen;
+    SCOPED_TRACE(moveToUci(m) + " giving " + fen);
+    coretest::expectSameFields(PositionFields(board), PositionFields(scratch));
+    m ? board.unmakeMove(m) : board.unmakeNullMove();
+    before.expectRestored(board);
+    m ? board.makeMove(m) : board.makeNullMove();
+}
+
+}  // namespace
+
+// Random games with null moves from many openings; at the end the whole game is taken back
+// and must leave exactly what a fresh set-up of the opening gives.
+TEST(MakeMove, RandomGamesMatchFreshSetupAndUnmakeRestores) {
+    auto board = coretest::newBoard(), scratch = coretest::newBoard(), fresh = coretest::newBoard();
+    std::mt19937_64 rng(2024);
+    int captures = 0, promotions = 0, castles = 0, enPassants = 0, nullMoves = 0;
+    for (const std::string& opening : coretest::someOpenings(4)) {
+        const std::string fen = opening + " 0 1";
+        ASSERT_EQ(board->setFen(fen), 0) << fen;
+        std::vector<Move> game;
+        for (int ply = 0; ply < 60; ply++) {
+            bool nullAllowed = !board->inCheck() && !(game.size() && game.back() == 0);
+            Move m = nullAllowed && rng() % 8 == 0 ? 0 : coretest::randomMove(*board, rng);
+            if (m == 0 && !nullAllowed) break;  // mate or stalemate
+            captures += moveCaptured(m) != 0, promotions += moveIsPromotion(m);
+            castles += moveIsCastling(m), enPassants += moveIsEnPassant(m), nullMoves += m == 0;
+            checkedMake(*board, *scratch, m);
+            if (HasFailure()) return;
+            game.push_back(m);
+        }
+        for (auto it = game.rbegin(); it != game.rend(); ++it)
+            *it ? board->unmakeMove(*it) : board->unmakeNullMove();
+        ASSERT_EQ(fresh->setFen(fen), 0);
+        BoardSnapshot(*fresh).expectRestored(*board);
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(captures, 1000);
+    EXPECT_GT(promotions, 50);
+    EXPECT_GT(castles, 300);
+    EXPECT_GT(enPassants, 50);
+    EXPECT_GT(nullMoves, 1000);
+}
+
+// Every move and reply of the published perft positions, rich in castling, en passant and pins.
+TEST(MakeMove, TwoPliesOfEveryPerftPosition) {
+    auto board = coretest::newBoard(), scratch = coretest::newBoard();
+    for (const std::string& fen : coretest::perftFens()) {
+        ASSERT_EQ(board->setFen(fen + " 0 1"), 0) << fen;
+        for (Move m : coretest::legalMoves(*board)) {
+            checkedMake(*board, *scratch, m);
+            for (Move reply : coretest::legalMoves(*board)) {
+                checkedMake(*board, *scratch, reply);
+                board->unmakeMove(reply);
+            }
+            board->unmakeMove(m);
+            if (HasFailure()) return;
+        }
+    }
+}
+
+// The FEN after some moves shows the placement, rights, en-passant square and counters.
+TEST(MakeMove, RightsEnPassantAndCounters) {
+    struct Case {
+        const char* start;
+        const char* moves;
+        const char* after;
+    } cases[] = {
+        // Castling moves the rook; any king move drops both rights of its side.
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1g1", "r3k2r/8/8/8/8/8/8/R4RK1 b kq - 1 1"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1c1", "r3k2r/8/8/8/8/8/8/2KR3R b kq - 1 1"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8g8", "r4rk1/8/8/8/8/8/8/R3K2R w KQ - 1 2"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8c8", "2kr3r/8/8/8/8/8/8/R3K2R w KQ - 1 2"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1f1", "r3k2r/8/8/8/8/8/8/R4K1R b kq - 1 1"},
+        // A rook leaving or taken on its corner drops that right.
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "a1a8", "R3k2r/8/8/8/8/8/8/4K2R b Kk - 0 1"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "h1h2", "r3k2r/8/8/8/8/8/7R/R3K3 b Qkq - 1 1"},
+        {"r3k2r/6b1/8/8/8/8/8/R3K2R b KQkq - 0 1", "g7a1", "r3k2r/8/8/8/8/8/8/b3K2R w Kkq - 0 2"},
+        // No black pawn beside e4: no en-passant square; a pawn beside the arrival square keeps
+        // it for one ply; the capture removes the pawn behind the target.
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "e2e4",
+         "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"},
+        {"4k3/8/8/3p4/8/8/4P3/4K3 w - - 0 1", "e2e4", "4k3/8/8/3p4/4P3/8/8/4K3 b - - 0 1"},
+        {"4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1", "e2e4", "4k3/8/8/8/3pP3/8/8/4K3 b - e3 0 1"},
+        {"4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1", "e2e4 e8d8", "3k4/8/8/8/3pP3/8/8/4K3 w - - 1 2"},
+        {"4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1", "e2e4 d4e3", "4k3/8/8/8/8/4p3/8/4K3 w - - 0 2"},
+        {"4k3/4p3/8/5P2/8/8/8/4K3 b - - 0 1", "e7e5 f5e6", "4k3/8/4P3/8/8/8/8/4K3 b - - 0 2"},
+        // Promotions, with and without capture; the fifty-move counter.
+        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 5 9", "a7a8q", "Qn2k3/8/8/8/8/8/8/4K3 b - - 0 9"},
+        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 5 9", "a7b8n", "1N2k3/8/8/8/8/8/8/4K3 b - - 0 9"},
+        {"4k3/8/8/8/8/8/6p1/4K2R b K - 0 1", "g2h1r", "4k3/8/8/8/8/8/8/4K2r w - - 0 2"},
+        {"4k3/8/8/8/8/8/3r4/R3K3 w Q - 7 20", "a1a2 d2a2", "4k3/8/8/8/8/8/r7/4K3 w - - 0 21"},
+    };
+    auto board = coretest::newBoard(), scratch = coretest::newBoard();
+    for (const Case& c : cases) {
+        ASSERT_EQ(board->setFen(c.start), 0) << c.start;
+        play(*board, c.moves);
+        EXPECT_EQ(board->getFen(), c.after) << c.start << " + " << c.moves;
+        ASSERT_EQ(scratch->setFen(c.after), 0) << c.after;
+        SCOPED_TRACE(c.after);
+        coretest::expectSameFields(PositionFields(*board), PositionFields(*scratch));
+    }
+    EXPECT_EQ(CASTLE_WK, 6214u);
+    EXPECT_EQ(CASTLE_WQ, 2118u);
+    EXPECT_EQ(CASTLE_BK, 64460u);
+    EXPECT_EQ(CASTLE_BQ, 60364u);
+}
+
+// Taking the rook on h8 changes the key by the piece keys, one castling key and the side key.
+TEST(MakeMove, CaptureOnH8ChangesTheKeyByOneCastlingKey) {
+    auto board = coretest::newBoard();
+    ASSERT_EQ(board->setFen("r3k2r/8/8/8/8/8/1B6/R3K2R w KQkq - 0 1"), 0);
+    const ZobristKeys& z = board->zobrist;
+    const uint64_t before = board->key();
+    board->makeMove(makeMove(W_BISHOP, 9, 63, B_ROOK));
+    EXPECT_EQ(board->state().castling, WHITE_OO | WHITE_OOO | BLACK_OOO);
+    EXPECT_EQ(board->key() ^ before, z.pieceKey[9][W_BISHOP] ^ z.pieceKey[63][W_BISHOP] ^
+                                         z.pieceKey[63][B_ROOK] ^ z.castleKey[2] ^ z.sideKey);
+}
+
+TEST(MakeMove, NullMove) {
+    auto board = coretest::newBoard();
+    ASSERT_EQ(board->setPosition("position startpos moves e2e4 d7d5 e4e5 f7f5"), 0);
+    ASSERT_EQ(board->state().epSquare, 45u);  // f6
+    const uint64_t key = board->key();
+    BoardSnapshot before(*board);
+    board->makeNullMove();
+    const PositionState& st = board->state();
+    EXPECT_EQ(board->getFen(), "rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR b KQkq - 1 3");
+    EXPECT_EQ(st.key, key ^ board->zobrist.epKey[45] ^ board->zobrist.sideKey);
+    EXPECT_EQ(st.lastNull, board->stateIndex());
+    EXPECT_EQ(st.inCheck, 0);
+    board->unmakeNullMove();
+    before.expectRestored(*board);
+}
+
+// Set when the position occurred before with the same side to move, looking back past null
+// moves but not past the last pawn move or capture, and never at the two latest plies.
+TEST(MakeMove, RepetitionFlag) {
+    struct Case {
+        const char* moves;
+        std::vector<uint32_t> flags;
+    } cases[] = {
+        {"g1f3 g8f6 f3g1 f6g8", {0, 0, 0, 1}},
+        {"g1f3 g8f6 f3g1 f6g8 g1f3 g8f6", {0, 0, 0, 1, 1, 1}},
+        {"g1f3 g8f6 f3g1 f6g8 e2e4 e7e5", {0, 0, 0, 1, 0, 0}},
+        {"g1f3 null f3g1 null", {0, 0, 0, 1}},
+        {"e2e4 null null", {0, 0, 0}},
+        {"b1c3 b8c6 c3b1 c6b8 e2e4 b8c6 g1f3 c6b8 f3g1", {0, 0, 0, 1, 0, 0, 0, 0, 1}},
+    };
+    auto board = coretest::newBoard();
+    for (const Case& c : cases) {
+        board->setStartPosition();
+        std::istringstream in(c.moves);
+        std::vector<uint32_t> flags;
+        for (std::string text; in >> text; flags.push_back(board->state().repetition))
+            play(*board, text);
+        EXPECT_EQ(flags, c.flags) << c.moves;
+    }
+}

@@ -1,0 +1,136 @@
+// Shared material of the chess-core tests: the positions of the data files, random legal games
+// and a field-by-field comparison of boards.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/board.h"
+#include "core/movegen.h"
+#include "core/notation.h"
+
+namespace coretest {
+
+// The first four fields (placement, side, castling, en passant) of every line of a data file.
+inline std::vector<std::string> loadFens(const std::string& fileName) {
+    std::ifstream in(std::string(MORVANE_DATA_DIR) + "/" + fileName);
+    std::vector<std::string> fens;
+    for (std::string line, a, b, c, d; std::getline(in, line);)
+        if (std::istringstream(line) >> a >> b >> c >> d)
+            fens.push_back(a + " " + b + " " + c + " " + d);
+    return fens;
+}
+inline const std::vector<std::string>& perftFens() {
+    static const std::vector<std::string> fens = loadFens("perft.epd");
+    return fens;
+}
+inline const std::vector<std::string>& openingFens() {
+    static const std::vector<std::string> fens = loadFens("openings.epd");
+    return fens;
+}
+// Every step-th opening, to keep the slower tests fast.
+inline std::vector<std::string> someOpenings(size_t step) {
+    std::vector<std::string> fens;
+    for (size_t i = 0; i < openingFens().size(); i += step) fens.push_back(openingFens()[i]);
+    return fens;
+}
+
+// A Board is about a megabyte, too big for several on the stack.
+inline std::unique_ptr<Board> newBoard() { return std::make_unique<Board>(); }
+
+inline std::vector<Move> legalMoves(Board& board) {
+    MoveList list;
+    generateAll(board, list);
+    std::vector<Move> moves;
+    for (Move m : list) moves.push_back(m);
+    return moves;
+}
+
+// A random legal move, 0 when there is none. Promotions, castling and en passant are rare in
+// random play, so they are preferred whenever one is available.
+inline Move randomMove(Board& board, std::mt19937_64& rng) {
+    std::vector<Move> moves = legalMoves(board), special;
+    for (Move m : moves)
+        if (moveIsPromotion(m) || moveIsCastling(m) || moveIsEnPassant(m)) special.push_back(m);
+    if (!special.empty() && rng() % 2) return special[rng() % special.size()];
+    return moves.empty() ? 0 : moves[rng() % moves.size()];
+}
+
+// The fields that a position determines, without the history behind it.
+struct PositionFields {
+    std::array<int, 64> squares;
+    std::array<Bitboard, 14> pieceBB;
+    std::array<uint32_t, 13> pieceCount;
+    std::array<uint64_t, 19> other;
+
+    explicit PositionFields(const Board& b) {
+        std::copy(std::begin(b.squares), std::end(b.squares), squares.begin());
+        std::copy(std::begin(b.pieceBB), std::end(b.pieceBB), pieceBB.begin());
+        std::copy(std::begin(b.pieceCount), std::end(b.pieceCount), pieceCount.begin());
+        const PositionState& st = b.state();
+        other = {b.colorBB[White],
+                 b.colorBB[Black],
+                 b.occupiedBB,
+                 b.emptyBB,
+                 b.nonPawnCount[White],
+                 b.nonPawnCount[Black],
+                 b.kingSquare[White],
+                 b.kingSquare[Black],
+                 b.totalPieces,
+                 b.ply,
+                 uint64_t(b.sideToMove),
+                 st.key,
+                 st.pawnKey,
+                 st.materialKey,
+                 st.rule50,
+                 st.castling,
+                 st.epSquare,
+                 st.inCheck,
+                 uint64_t(st.endgameId) << 32 | uint32_t(st.phaseMaterial)};
+    }
+};
+
+inline void expectSameFields(const PositionFields& a, const PositionFields& b) {
+    EXPECT_EQ(a.squares, b.squares);
+    EXPECT_EQ(a.pieceBB, b.pieceBB);
+    EXPECT_EQ(a.pieceCount, b.pieceCount);
+    EXPECT_EQ(a.other, b.other)
+        << "in order: colour bitboards, occupied, empty, non-pawn counts, king squares, total "
+           "pieces, ply, side to move, key, pawn key, material key, rule50, castling, en passant, "
+           "in check, endgame id and phase material";
+}
+
+// Everything a make and unmake must give back: the position, the state records of the game
+// and the repetition counters.
+struct BoardSnapshot {
+    PositionFields fields;
+    std::vector<PositionState> records;
+    std::vector<uint8_t> repetitions;
+
+    explicit BoardSnapshot(const Board& b)
+        : fields(b),
+          records(b.stack->records, b.stack->records + b.stateIndex() + 1),
+          repetitions(std::begin(b.stack->repetitions), std::end(b.stack->repetitions)) {}
+
+    void expectRestored(const Board& b) const {
+        expectSameFields(fields, PositionFields(b));
+        ASSERT_EQ(b.stateIndex() + 1, records.size());
+        for (size_t i = 0; i < records.size(); i++) {
+            const PositionState &x = records[i], &y = b.stack->records[i];
+            EXPECT_TRUE(x.key == y.key && x.move == y.move && x.lastNull == y.lastNull &&
+                        x.repetition == y.repetition)
+                << "record " << i;
+        }
+        EXPECT_TRUE(std::equal(repetitions.begin(), repetitions.end(), b.stack->repetitions))
+            << "repetition counters";
+    }
+};
+
+}  // namespace coretest

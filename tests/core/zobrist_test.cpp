@@ -1,0 +1,77 @@
+// Zobrist keys: the table layout and the standard book keys of known positions.
+#include "core/zobrist.h"
+
+#include <gtest/gtest.h>
+
+#include "test_positions.h"
+
+TEST(Zobrist, TableLayout) {
+    const std::pair<int, uint64_t> values[] = {
+        {0, 0x5355f900c2a82dc7},   {1, 0x07fb9f855a997142},   {3, 0x7bcbc38da25a7f3c},
+        {384, 0x9d39247e33776d41}, {768, 0xf8d626aaaf278509}, {769, 0x31d71dce64b2c310},
+        {770, 0xf165b587df898190}, {771, 0xa57e6339dd2cf3a0}, {772, 0x1ef6e6dbb1961ec9},
+    };
+    for (auto [index, value] : values) EXPECT_EQ(zobristValue(index), value) << index;
+
+    ZobristKeys keys;
+    for (int sq = 0; sq < 64; sq++) {
+        EXPECT_EQ(keys.pieceKey[sq][EMPTY], 0u);
+        for (int piece = W_PAWN; piece <= B_KING; piece++) {
+            bool pawnOrKing = typeOf(piece) == PAWN || typeOf(piece) == KING;
+            EXPECT_EQ(keys.pawnKingKey[sq][piece], pawnOrKing ? keys.pieceKey[sq][piece] : 0u);
+        }
+        // Only the en-passant target ranks carry a key, one per file.
+        bool epRank = rankOf(sq) == 2 || rankOf(sq) == 5;
+        EXPECT_EQ(keys.epKey[sq], epRank ? zobristValue(773 + fileOf(sq)) : 0u) << sq;
+    }
+}
+
+// The published keys of the book format fix the side-key convention and the rule that an
+// en-passant square counts only when a pawn stands ready to take.
+TEST(Zobrist, StandardBookKeys) {
+    struct Case {
+        const char* moves;
+        const char* fen;
+        uint64_t key;
+    } cases[] = {
+        {"", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", 0x463b96181691fc9c},
+        {"e2e4", "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1", 0x823c9b50fd114196},
+        {"e2e4 d7d5", "rnbqkbnr/ppp1pppp/8/3p4/4P3/8/PPPP1PPP/RNBQKBNR w KQkq d6 0 2",
+         0x0756b94461c50fb0},
+        {"e2e4 d7d5 e4e5", "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR b KQkq - 0 2",
+         0x662fafb965db29d4},
+        {"e2e4 d7d5 e4e5 f7f5", "rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3",
+         0x22a48b5a8e47ff78},
+        {"e2e4 d7d5 e4e5 f7f5 e1e2", "rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPPKPPP/RNBQ1BNR b kq - 0 3",
+         0x652a607ca3f242c1},
+        {"e2e4 d7d5 e4e5 f7f5 e1e2 e8f7",
+         "rnbq1bnr/ppp1pkpp/8/3pPp2/8/8/PPPPKPPP/RNBQ1BNR w - - 0 4", 0x00fdd303c946bdd9},
+        {"a2a4 b7b5 h2h4 b5b4 c2c4",
+         "rnbqkbnr/p1pppppp/8/8/PpP4P/8/1P1PPPP1/RNBQKBNR b KQkq c3 0 3", 0x3c8123ea7b067637},
+        {"a2a4 b7b5 h2h4 b5b4 c2c4 b4c3 a1a3",
+         "rnbqkbnr/p1pppppp/8/8/P6P/R1p5/1P1PPPP1/1NBQKBNR b Kkq - 0 4", 0x5c3f9b829b279560},
+    };
+    auto board = coretest::newBoard();
+    for (const Case& c : cases) {
+        ASSERT_EQ(board->setPosition(std::string("position startpos moves ") + c.moves), 0)
+            << c.moves;
+        EXPECT_EQ(board->key(), c.key) << c.moves;
+        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
+        EXPECT_EQ(board->key(), c.key) << c.fen;
+    }
+}
+
+// The reduced key, which generated lists carry, leaves out the side to move and en passant.
+TEST(Zobrist, ReducedKey) {
+    auto board = coretest::newBoard();
+    uint64_t reduced = 0;
+    for (const char* fen :
+         {"4k3/8/8/3pP3/8/8/8/R3K3 w Q d6 0 1", "4k3/8/8/3pP3/8/8/8/R3K3 w Q - 0 1",
+          "4k3/8/8/3pP3/8/8/8/R3K3 b Q - 0 1"}) {
+        ASSERT_EQ(board->setFen(fen), 0) << fen;
+        if (!reduced) reduced = board->reducedKey();
+        EXPECT_EQ(generateAll(*board, 3).reducedKey, reduced) << fen;
+    }
+    ASSERT_EQ(board->setFen("4k3/8/8/3pP3/8/8/8/R3K3 w - - 0 1"), 0);
+    EXPECT_NE(board->reducedKey(), reduced) << "castling rights belong to the reduced key";
+}

@@ -1,0 +1,167 @@
+// The weight table: setweight's messages and limits, and the derived tables at their edges.
+#include "eval/weights.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+#include "core/board.h"
+#include "eval/evaluator.h"
+
+namespace {
+
+std::vector<std::string> words(const std::string& line) {
+    std::istringstream in(line);
+    std::vector<std::string> tokens;
+    for (std::string word; in >> word;) tokens.push_back(word);
+    return tokens;
+}
+
+std::string run(const std::string& line) { return SetWeightCommand(words(line)); }
+
+const std::string USAGE =
+    "Usage: setweight name <name> values <mg eg> [-q]\n"
+    "       setweight id <id> values <mg eg> [-q]\n"
+    "       setweight default";
+
+class Weights : public ::testing::Test {
+  protected:
+    void TearDown() override {
+        ResetWeights();
+        RecomputeDerived();
+    }
+};
+
+}  // namespace
+
+TEST_F(Weights, CommandMessages) {
+    struct Case {
+        std::string line;
+        std::string reply;
+        int id;  // entry to check afterwards, -1 for none
+        Score expected;
+    };
+    const Case cases[] = {
+        {"setweight id 0 values 50 50", "", 0, {101, 113}},
+        {"setweight id 1 values 50 50", "", 1, {32000, 32000}},
+        {"setweight id 2 values 555 406", "", 2, {555, 406}},
+        {"setweight id 2 values 556 406",
+         "Incorrect weight pair (556, 406) ---> valid range -1 .. 255)",
+         2,
+         {407, 406}},
+        {"setweight id 70 values 25 -1", "", 70, {25, -1}},
+        {"setweight id 70 values 26 -1",
+         "Incorrect weight pair (26, -1) ---> valid range -1 .. 15)",
+         70,
+         {11, -1}},
+        {"setweight id 20 values -2 5",
+         "Incorrect weight pair (-2, 5) ---> valid range -1 .. 63)",
+         20,
+         {9, 38}},
+        {"setweight id 20 values -1 5", "", 20, {-1, 5}},
+        {"setweight id 6 values abc 7", "", 6, {-1, 7}},
+        {"setweight id 5 value 1300 1200 -q", "", 5, {1300, 1200}},
+        {"setweight id 75 values 1 1", "Incorrect weight id: (75)", -1, {}},
+        {"setweight id -3 values 1 1", "Incorrect weight id: (-3)", -1, {}},
+        {"setweight id x values 1 1", "Incorrect weight id: (x)", -1, {}},
+        {"setweight name anything values 1 1", "Incorrect weight id: (anything)", -1, {}},
+        {"setweight", USAGE, -1, {}},
+        {"setweight id 5 values", USAGE, -1, {}},
+        {"setweight id 5 valu 1 2", USAGE, -1, {}},
+        {"setweight ids 5 values 1 2", USAGE, -1, {}},
+    };
+    for (const Case& c : cases) {
+        ResetWeights();
+        RecomputeDerived();
+        EXPECT_EQ(run(c.line), c.reply) << c.line;
+        if (c.id >= 0) EXPECT_EQ(weights.pairs[c.id], c.expected) << c.line;
+    }
+}
+
+TEST_F(Weights, FiveTokensLackTheEndGameValue) {
+    EXPECT_THROW(run("setweight id 5 values 1"), std::out_of_range);
+    EXPECT_THROW(run("setweight name queen values 1"), std::out_of_range);
+    EXPECT_EQ(weights.pairs[5], (Score{1310, 1240}));
+}
+
+TEST_F(Weights, DefaultRestoresEveryEntry) {
+    run("setweight id 16 values 1 2");
+    run("setweight id 74 values 3 4");
+    WeightTable changed = weights;
+    EXPECT_EQ(run("setweight default"), "weights are resetted to defaults");
+    EXPECT_NE(changed.pairs[16], weights.pairs[16]);
+    EXPECT_EQ(weights.pairs[16], (Score{49, 84}));
+    EXPECT_EQ(weights.pairs[74], (Score{11, 44}));
+    EXPECT_EQ(evalTables.knightMobility[0], (Score{-73, -126}));
+}
+
+TEST_F(Weights, DerivedTablesAtTheirEdges) {
+    const EvalTables& t = evalTables;
+    // trunc(w * (ln(k + 1) - offset)) for both halves.
+    EXPECT_EQ(t.knightMobility[0], (Score{-73, -126}));
+    EXPECT_EQ(t.knightMobility[8], (Score{34, 58}));
+    EXPECT_EQ(t.bishopMobility[0], (Score{-76, -137}));
+    EXPECT_EQ(t.rookMobility[14], (Score{25, 80}));
+    // The king-attack curve: trunc(-37.096) * 35 / 32 and trunc(2037.47) * 35 / 32.
+    EXPECT_EQ(t.kingAttackCurve[0], -40);
+    EXPECT_EQ(t.kingAttackCurve[50], 2227);
+    // Per-file tables are -(shape * w) / 8, the passed-pawn file table +(shape * w) / 8.
+    EXPECT_EQ(t.doubled[1], (Score{-131, -73}));
+    EXPECT_EQ(t.doubled[0], (Score{0, 0}));
+    EXPECT_EQ(t.passedFile[8], (Score{2, 9}));
+    EXPECT_EQ(t.passedRank[6], (Score{96, 187}));
+    EXPECT_EQ(t.passerOwnKingEg[7], -35);
+    EXPECT_EQ(t.threatByMinor[QUEEN], (Score{15, 72}));
+    EXPECT_EQ(t.threatByRook[ROOK], (Score{0, 27}));
+    EXPECT_EQ(t.shelter[3], (Score{-70, -21}));
+    EXPECT_EQ(t.pawnlessFlankEg, -49);
+    EXPECT_EQ(t.trappedBishopFarMg, -98);
+    EXPECT_EQ(t.fullNonPawnMaterial, 1310 + 2 * (548 + 407 + 407));
+    EXPECT_EQ(t.attackingMaterial, 2 * 548 + 407 + 1);
+}
+
+TEST_F(Weights, QueenCurveIsFlatFromFourteenMoves) {
+    run("setweight id 19 values 44 200");
+    for (int k = 15; k < 28; k++)
+        EXPECT_EQ(evalTables.queenMobility[k], evalTables.queenMobility[14]) << k;
+    EXPECT_GT(evalTables.queenMobility[14].eg, evalTables.queenMobility[13].eg);
+}
+
+TEST_F(Weights, ExchangeValuesCountBishopsAsKnights) {
+    EXPECT_EQ(seeValue(EMPTY), 0);
+    EXPECT_EQ(seeValue(13), 0);
+    EXPECT_EQ(seeValue(W_PAWN), 101);
+    EXPECT_EQ(seeValue(B_BISHOP), 407);
+    EXPECT_EQ(seeValue(W_ROOK), 548);
+    EXPECT_EQ(seeValue(B_QUEEN), 1310);
+    EXPECT_EQ(seeValue(W_KING), 32000);
+    run("setweight id 3 values 500 500");
+    EXPECT_EQ(seeValue(W_BISHOP), 407);
+    run("setweight id 2 values 420 400");
+    EXPECT_EQ(seeValue(B_BISHOP), 420);
+    EXPECT_EQ(seeValue(B_KNIGHT), 420);
+}
+
+TEST_F(Weights, PieceSquareTablesMirrorForBlack) {
+    for (int piece = W_PAWN; piece <= W_KING; piece++)
+        for (int sq = 0; sq < 64; sq++) {
+            EXPECT_EQ(evalTables.psq[piece + 6][sq ^ 56], evalTables.psq[piece][sq]);
+            EXPECT_EQ(evalTables.psq[piece][sq ^ 7], evalTables.psq[piece][sq])
+                << piece << " " << sq;
+        }
+    EXPECT_EQ(evalTables.outpostScale[Black][43 ^ 56], evalTables.outpostScale[White][43]);
+}
+
+// The evaluation cache holds scores of the old weights; the next evaluation must not use them.
+TEST_F(Weights, ChangeSeenByTheNextEvaluation) {
+    Board board;
+    Evaluator evaluator(board);
+    ASSERT_EQ(board.setFen("4k3/8/8/8/8/8/8/3NK3 w - - 0 1"), 0);
+    int before = evaluator.Evaluate();
+    EXPECT_EQ(evaluator.Evaluate(), before);
+    run("setweight id 2 values 407 500");
+    EXPECT_EQ(evaluator.Evaluate(), before + 94);
+    run("setweight default");
+    EXPECT_EQ(evaluator.Evaluate(), before);
+}
