@@ -62,10 +62,11 @@ struct Gen {
         constexpr int pawn = makePiece(Us, PAWN);
         constexpr Bitboard lastRank = Us == White ? RANK_8 : RANK_1;
         Bitboard pawns = b.pieceBB[pawn];
-        Bitboard left = shiftUpLeft<Us>(pawns) & targets, right = shiftUpRight<Us>(pawns) & targets;
-        constexpr int leftDelta = Us == White ? 7 : -9, rightDelta = Us == White ? 9 : -7;
-        for (Bitboard side : {left, right}) {
-            int delta = side == left ? leftDelta : rightDelta;
+        const Bitboard sides[2] = {shiftUpLeft<Us>(pawns) & targets, shiftUpRight<Us>(pawns) & targets};
+        constexpr int deltas[2] = {Us == White ? 7 : -9, Us == White ? 9 : -7};
+        for (int s = 0; s < 2; s++) {
+            Bitboard side = sides[s];
+            const int delta = deltas[s];
             while (side) {
                 int to = popLsb(side), from = to - delta;
                 if (!pinOk(from, to)) continue;

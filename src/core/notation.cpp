@@ -27,7 +27,10 @@ Move parseMove(const Board& board, std::string_view text) {
     if (pawn && text.size() == 5) {
         std::string_view letters = "nbrq";
         size_t choice = letters.find(text[4]);
-        if (choice != std::string_view::npos) promo = int(choice);
+        // On a move that does not promote, any letter leaves promotion bits that no generated move
+        // has; the knight's bits would read as none, so they are marked as a queen's.
+        bool promotes = to >= 56 || to <= 7;
+        if (choice != std::string_view::npos) promo = promotes ? int(choice) : 3;
     }
     Move m = makeMove(piece, from, to, captured, promo);
     int up = piece == W_PAWN ? 8 : -8;

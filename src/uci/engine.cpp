@@ -5,6 +5,9 @@
 #include "core/notation.h"
 #include "core/print.h"
 #include "core/text.h"
+#include "eval/evaluator.h"
+#include "eval/weights.h"
+#include "tools/evaltest.h"
 #include "tools/perft.h"
 #include "uci/console.h"
 
@@ -24,9 +27,20 @@ const std::string GAME_TOO_LONG =
     "Game too long: the engine keeps at most " + std::to_string(MAX_GAME_PLIES) + " plies";
 }
 
-Engine::Engine() : board(std::make_unique<Board>()) {
+Engine::Engine()
+    : board(std::make_unique<Board>()),
+      evaluator(std::make_unique<Evaluator>(*board)),
+      tt(std::make_unique<TranspositionTable>()) {
+    tt->resize(hashMb);
     if (fileExists(DEFAULT_BOOK_FILE)) bookFile = DEFAULT_BOOK_FILE;
+    ResetWeights();
+    RecomputeDerived();
+    mainThread = std::make_unique<TMainSearchThread>(*tt);
+    mainThread->launch();
 }
+
+// The search threads go first: they use the table.
+Engine::~Engine() { mainThread.reset(); }
 
 bool Engine::quit(std::string&) { return false; }
 
@@ -66,6 +80,17 @@ bool Engine::divide(std::string& line) {
 }
 
 bool Engine::weights(std::string&) { return true; }
+
+bool Engine::setweight(std::string& line) {
+    std::string result = SetWeightCommand(splitTokens(line, ' '));
+    if (!result.empty()) consolePrint(result);
+    return true;
+}
+
+bool Engine::evaltest(std::string&) {
+    for (const std::string& text : evalTest(*board, *evaluator)) consolePrint(text);
+    return true;
+}
 bool Engine::setparam(std::string&) { return true; }
 
 bool Engine::runwdlfen(std::string&) {

@@ -17,7 +17,9 @@ void TInputThread::run() {
         }
         std::string next;
         if (!std::getline(std::cin, next)) next = "quit";  // end of input ends the program
-        stopRequested = next == "quit";
+        // Only an exact "quit" ends the reader; the flag is never cleared, so a stop requested
+        // at shut-down is kept whatever line arrives last.
+        if (next == "quit") stopRequested = 1;
         if (next.empty()) continue;
         line = std::move(next);
         lineReady = 1;

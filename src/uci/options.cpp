@@ -1,6 +1,8 @@
 // The UCI options: the "uci" identification reply and the "showoption" listing.
+#include <algorithm>
 #include <string>
 
+#include "core/text.h"
 #include "uci/console.h"
 #include "uci/engine.h"
 
@@ -57,5 +59,61 @@ bool Engine::showoption(std::string&) {
                  onOff(outputFlags & OUTPUT_TIME_AND_NODES));
     consolePrint("option name Console Mode type check default false value " + onOff(consoleMode));
     consolePrint("option name CommandFile type string default <NONE>");
+    return true;
+}
+
+// The option name may span several words; every word but the last is compared in upper case,
+// so a file name keeps its case only when it is the last word of the line.
+bool Engine::setoption(std::string& line) {
+    std::vector<std::string> tokens = splitTokens(line, ' ');
+    if (tokens.size() < 5) {
+        consolePrint("Usage: setoption name <name> value <value>");
+        return showoption(line);
+    }
+    const std::string commandFile = "setoption name CommandFile value ";
+    if (line.find(commandFile) != std::string::npos) {
+        std::string handOver = "runCmdFile " + line.substr(commandFile.size());
+        return runcmdfile(handOver);
+    }
+    for (size_t i = 0; i + 1 < tokens.size(); i++)
+        std::transform(tokens[i].begin(), tokens[i].end(), tokens[i].begin(), ::toupper);
+    std::string name = tokens[2];
+    size_t i = 3;
+    for (; i < tokens.size() && tokens[i] != "VALUE"; i++) name += " " + tokens[i];
+    if (i == tokens.size() || tokens[1] != "NAME") return true;
+    const std::string value = i + 1 < tokens.size() ? tokens[i + 1] : "";
+    const bool on = value == "true" || value == "TRUE";
+
+    auto setFlag = [&](uint32_t bit) { outputFlags = on ? outputFlags | bit : outputFlags & ~bit; };
+    if (name == "OUTPUT SEARCH DEPTH INFO") {
+        setFlag(OUTPUT_DEPTH_INFO);
+    } else if (name == "OUTPUT CURRENT MOVE INFO") {
+        setFlag(OUTPUT_CURRMOVE_INFO);
+    } else if (name == "OUTPUT TOTAL TIME AND NODES") {
+        setFlag(OUTPUT_TIME_AND_NODES);
+    } else if (name == "PONDER") {
+        ponder = on;
+    } else if (name == "HASH") {
+        hashMb = toIntOr(value, 128);
+        stopSearch();
+        tt->resize(hashMb);
+    } else if (name == "THREADS") {
+        threads = toIntOr(value, 1);
+        // The declared maximum of 128 is stored but leaves the pool as it is.
+        if (threads >= 1 && threads <= 127) {
+            stopSearch();
+            mainThread->setWorkerCount(int(threads) - 1);
+        }
+    } else if (name == "OWNBOOK") {
+        ownBook = on;
+    } else if (name == "BOOK FILE") {
+        bookFile = fileExists(value) ? value : "";
+    } else if (name == "FALLBACK TO INTERNAL BOOK") {
+        fallbackToInternalBook = on;
+    } else if (name == "MULTIPV") {
+        multiPv = toIntOr(value, 1);
+    } else if (name == "CONSOLE MODE") {
+        consoleMode = on;
+    }
     return true;
 }

@@ -13,8 +13,6 @@ public:
     UciInterface();
     ~UciInterface();
     void commandLoop();
-    // Handles one command line; false means "quit".
-    bool dispatch(std::string line);
 
 private:
     std::unique_ptr<TInputThread> input;

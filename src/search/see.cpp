@@ -1,0 +1,58 @@
+#include "search/see.h"
+
+#include <algorithm>
+
+#include "eval/weights.h"
+
+namespace {
+
+// The least valuable attacker of a side among the attackers; 0 when there is none.
+int leastValuable(const Board& b, Bitboard attackers, Color side, int& square) {
+    for (int type = PAWN; type <= KING; type++) {
+        Bitboard set = attackers & b.pieces(side, type);
+        if (set) {
+            square = lsb(set);
+            return makePiece(side, type);
+        }
+    }
+    return EMPTY;
+}
+
+}  // namespace
+
+int see(const Board& b, Move m) {
+    const int from = moveFrom(m), to = moveTo(m);
+    const AttackTables& at = b.attacks;
+    Bitboard occ = b.occupiedBB & ~squareBB(from);
+    if (moveIsEnPassant(m)) occ &= ~squareBB(rankOf(to) == 5 ? to - 8 : to + 8);
+    int onSquare = moveIsPromotion(m) ? promotionPiece(m) : movePiece(m);
+    int gain[40];
+    gain[0] = seeValue(moveCaptured(m));
+    if (moveIsPromotion(m)) gain[0] += seeValue(onSquare) - seeValue(movePiece(m));
+    Bitboard rookLike = b.pieceBB[W_ROOK] | b.pieceBB[B_ROOK] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
+    Bitboard bishopLike = b.pieceBB[W_BISHOP] | b.pieceBB[B_BISHOP] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
+    Bitboard attackers = b.attackersTo(to, occ) & occ;
+    Color side = ~b.sideToMove;
+    int depth = 0;
+    for (;;) {
+        int sq;
+        int attacker = leastValuable(b, attackers & b.colorBB[side], side, sq);
+        if (!attacker) break;
+        // A king may only take last: it cannot capture into a square the other side still covers.
+        if (typeOf(attacker) == KING && (attackers & b.colorBB[~side] & ~squareBB(to))) break;
+        depth++;
+        gain[depth] = seeValue(onSquare) - gain[depth - 1];
+        onSquare = attacker;
+        occ &= ~squareBB(sq);
+        // Sliders behind the piece that just captured join in.
+        attackers |= (at.rookAttacks(to, occ) & rookLike) | (at.bishopAttacks(to, occ) & bishopLike);
+        attackers &= occ;
+        side = ~side;
+        if (depth == 39) break;
+    }
+    while (depth > 0) {
+        gain[depth - 1] = -std::max(-gain[depth - 1], gain[depth]);
+        depth--;
+    }
+    return gain[0];
+}
