@@ -66,6 +66,11 @@ int Evaluator::Evaluate() {
     }
     if (board.state().endgameId != UNKNOWN && recognizedDraw()) return 0;
 
+    // Start loading a pawn entry we will need while the evaluation cache is probed.
+    uint64_t pawnKey = board.state().pawnKey;
+    if (!pawnEntry || pawnEntry->key != pawnKey)
+        __builtin_prefetch(&pawnSlots()[pawnKey & (PAWN_CACHE_SIZE - 1)]);
+
     int q = std::clamp(board.state().phaseMaterial, 0, 64);
     int bonus = ((64 - q) * evalTables.tempo.eg + q * evalTables.tempo.mg) / 64;
 
@@ -84,7 +89,7 @@ int Evaluator::Evaluate() {
     scale = 128;
     initAttacks<White>();
     initAttacks<Black>();
-    if (pawnEntry && pawnEntry->key != board.state().pawnKey) pawnEntry = nullptr;
+    if (pawnEntry && pawnEntry->key != pawnKey) pawnEntry = nullptr;
 
     evaluateMaterial(q);
     pieces<White>();

@@ -3,22 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <stdexcept>
 
 #include "core/board.h"
+#include "core/text.h"
 #include "eval/evaluator.h"
 
 namespace {
 
-std::vector<std::string> words(const std::string& line) {
-    std::istringstream in(line);
-    std::vector<std::string> tokens;
-    for (std::string word; in >> word;) tokens.push_back(word);
-    return tokens;
-}
-
-std::string run(const std::string& line) { return SetWeightCommand(words(line)); }
+// The line as the command loop hands it over: split at blanks.
+std::string run(std::string line) { return SetWeightCommand(splitTokens(line, ' ')); }
 
 const std::string USAGE =
     "Usage: setweight name <name> values <mg eg> [-q]\n"
