@@ -15,7 +15,6 @@ ZeroedBuffer::ZeroedBuffer(size_t size) : bytes(size) {
 
 ZeroedBuffer::~ZeroedBuffer() { munmap(memory, bytes); }
 
-void ZeroedBuffer::clear() {
-    // Private anonymous pages read as zeros after being dropped.
-    if (madvise(memory, bytes, MADV_DONTNEED) != 0) std::memset(memory, 0, bytes);
-}
+// Writing the zeros keeps every page resident: a search right after a new game must not pay
+// for faulting in (and the kernel zeroing) large pages one probe at a time.
+void ZeroedBuffer::clear() { std::memset(memory, 0, bytes); }

@@ -1,6 +1,5 @@
 // A large zero-filled buffer whose pages come from the operating system on first touch, so that
-// creating an Evaluator for each of many search threads costs nothing until it evaluates, and
-// emptying it hands the pages back instead of writing zeros over them.
+// creating an Evaluator for each of many search threads costs nothing until it evaluates.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +14,7 @@ class ZeroedBuffer {
     // Page-aligned, hence 64-byte aligned.
     void* data() const { return memory; }
     size_t size() const { return bytes; }
-    // Every byte reads as zero again.
+    // Every byte reads as zero again; all pages are resident afterwards.
     void clear();
 
   private:

@@ -116,7 +116,8 @@ void TSearchThread::run() {
     }
 }
 
-TMainSearchThread::TMainSearchThread(TranspositionTable& table) : TSearchThread(0, table) {}
+// The main thread's caches are touched once here so that the first search does not fault them in.
+TMainSearchThread::TMainSearchThread(TranspositionTable& table) : TSearchThread(0, table) { evaluator->clear(); }
 
 TMainSearchThread::~TMainSearchThread() {
     stop();
