@@ -6,15 +6,18 @@
 #include "eval/pawn_sets.h"
 
 // Attack units: the attackers and their weight, attacks next to the king and on weak squares of
-// its zone, safe checks and a thin shelter; an attack without the queen hardly counts, and
-// every unit shrinks with the attacker's material.
+// its zone, safe checks and half the shelter's weakness; an attack without the queen hardly
+// counts, and every unit shrinks with the attacker's material.
 template <Color Us>
 int Evaluator::kingAttack() {
     constexpr Color Them = ~Us;
     const EvalTables& t = evalTables;
     const AttackTables& at = board.attacks;
     const bool hasQueen = board.pieces(Us, QUEEN);
-    if (!hasQueen && nonPawnMaterial[Us] < t.attackingMaterial) return t.kingAttackCurve[0];
+    // One attacker is no attack unless it is the queen.
+    if (kingAttackersCount[Us] < (hasQueen ? 1 : 2) ||
+        (!hasQueen && nonPawnMaterial[Us] < t.attackingMaterial))
+        return t.kingAttackCurve[0];
 
     const int ksq = board.kingSquare[Them];
     const Bitboard occupied = board.occupiedBB;
@@ -32,10 +35,10 @@ int Evaluator::kingAttack() {
 
     int units = kingAttackersCount[Us] * kingAttackersWeight[Us] +
                 t.kingZoneAttackMg * (kingAdjacentAttacks[Us] + popcount(weak & kingZone[Them])) +
-                t.safeCheckMg * safeChecks - pawnEntry->shelterMg[Them] -
+                t.safeCheckMg * safeChecks - pawnEntry->shelterMg[Them] / 2 -
                 (hasQueen ? 0 : t.noQueenMg);
     units = units * std::min(nonPawnMaterial[Us], t.fullNonPawnMaterial) / t.fullNonPawnMaterial;
-    return t.kingAttackCurve[std::clamp(units / 8, 0, KING_ATTACK_CURVE_SIZE - 1)];
+    return t.kingAttackCurve[std::clamp(units / 6, 0, KING_ATTACK_CURVE_SIZE - 1)];
 }
 
 // The king wants room to move, and in the end game to stay near its own pawns and to stand on
