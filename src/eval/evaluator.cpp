@@ -38,13 +38,6 @@ void Evaluator::prefetch(uint64_t key) const {
     __builtin_prefetch(&evalSlots()[(key ^ board.zobrist.sideKey) & (EVAL_CACHE_SIZE - 1)]);
 }
 
-// With a piece on each side the static value does not depend on who moves, so both sides to
-// move share one entry, keyed without the side and the en-passant square.
-uint64_t Evaluator::evalCacheKey() const {
-    if (board.nonPawnCount[White] && board.nonPawnCount[Black]) return board.reducedKey();
-    return board.state().key;
-}
-
 // Pawn and king attacks, the king zones, and the start of the piece attack maps.
 template <Color Us>
 void Evaluator::initAttacks() {
@@ -74,8 +67,10 @@ int Evaluator::Evaluate() {
     int q = std::clamp(board.state().phaseMaterial, 0, 64);
     int bonus = ((64 - q) * evalTables.tempo.eg + q * evalTables.tempo.mg) / 64;
 
+    // With a piece on each side the static value does not depend on who moves, so both sides
+    // to move share one entry, keyed without the side and the en-passant square.
     bool sideFree = board.nonPawnCount[White] && board.nonPawnCount[Black];
-    uint64_t key = evalCacheKey();
+    uint64_t key = sideFree ? board.reducedKey() : board.state().key;
     uint64_t& slot = evalSlots()[key & (EVAL_CACHE_SIZE - 1)];
     evalCounters.probes++;
     if (((slot ^ key) & ~SCORE_MASK) == 0) {

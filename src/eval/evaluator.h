@@ -62,7 +62,7 @@ class alignas(64) Evaluator {
         Bitboard passed;         // passed pawns of both colours
         Bitboard weakUnopposed;  // isolated or backward pawns on half-open files, both colours
         int32_t shelterMg[2];    // shelter and storm of each colour's king, fed to the king attack
-        uint32_t halfOpenFiles[2];  // files without a pawn of that colour, bit per file
+        int32_t kingPawnEg[2];   // each king's distance to its pawns and pawnless wing
     };
     static_assert(sizeof(PawnEntry) == 56);
 
@@ -97,7 +97,6 @@ class alignas(64) Evaluator {
 
     uint64_t* evalSlots() const { return static_cast<uint64_t*>(evalCache.data()); }
     PawnEntry* pawnSlots() const { return static_cast<PawnEntry*>(pawnCache.data()); }
-    uint64_t evalCacheKey() const;
     void add(Color c, Score s) {
         mg[c] += s.mg;
         eg[c] += s.eg;

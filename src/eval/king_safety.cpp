@@ -42,7 +42,7 @@ int Evaluator::kingAttack() {
 }
 
 // The king wants room to move, and in the end game to stay near its own pawns and to stand on
-// a wing where there are pawns at all.
+// a wing where there are pawns at all (both kept in the pawn entry).
 template <Color Us>
 void Evaluator::kingActivity() {
     constexpr Color Them = ~Us;
@@ -55,14 +55,7 @@ void Evaluator::kingActivity() {
     mg[Us] += t.kingMobility[popcount(aside)].mg;
     eg[Us] += t.kingMobility[popcount(moves)].eg;
 
-    Bitboard ourPawns = board.pieces(Us, PAWN);
-    if (ourPawns) {
-        int nearest = 8;
-        for (Bitboard b = ourPawns; b;) nearest = std::min(nearest, distance(ksq, popLsb(b)));
-        eg[Us] -= t.kingPawnDistanceEg * (nearest - 1);
-    }
-    if (!((ourPawns | board.pieces(Them, PAWN)) & board.attacks.kingFlank[ksq]))
-        eg[Us] += t.pawnlessFlankEg;
+    eg[Us] += pawnEntry->kingPawnEg[Us];
 }
 
 template int Evaluator::kingAttack<White>();

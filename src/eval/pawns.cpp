@@ -96,7 +96,7 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
         if (!(theirPawns & at.passedMask[Us][sq]) && !doubled) {
             passed |= squareBB(sq);
             score += t.passedRank[r] + t.passedFile[file];
-        } else if (!opposed && popcount(level) >= popcount(sentries)) {
+        } else if (!opposed && !doubled && popcount(level) >= popcount(sentries)) {
             score += scaleScore(t.candidate, r, 3);
         }
     }
@@ -128,5 +128,14 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
     entry.score[Us] = score + shelter;
     entry.passed |= passed;
     entry.shelterMg[Us] = shelter.mg;
-    entry.halfOpenFiles[Us] = ~files & 0xFF;
+
+    // For the end game: the king's distance to its nearest pawn, and a wing without pawns.
+    int kingPawnEg = 0;
+    if (ourPawns) {
+        int nearest = 8;
+        for (Bitboard b = ourPawns; b;) nearest = std::min(nearest, distance(ksq, popLsb(b)));
+        kingPawnEg -= t.kingPawnDistanceEg * (nearest - 1);
+    }
+    if (!((ourPawns | theirPawns) & at.kingFlank[ksq])) kingPawnEg += t.pawnlessFlankEg;
+    entry.kingPawnEg[Us] = kingPawnEg;
 }

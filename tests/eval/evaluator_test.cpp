@@ -115,7 +115,9 @@ TEST(Evaluator, OneEntryServesBothSidesWhenBothHavePieces) {
         Evaluator freshEvaluator(fresh);
         ASSERT_EQ(fresh.setFen(otherSide(shared[i])), 0);
         EXPECT_EQ(black, freshEvaluator.Evaluate()) << shared[i];
-        if (i == 0) EXPECT_EQ(white + black, 2 * TEMPO);
+        if (i == 0) {
+            EXPECT_EQ(white + black, 2 * TEMPO);
+        }
     }
 
     Board board;

@@ -69,7 +69,9 @@ TEST_F(Weights, CommandMessages) {
         ResetWeights();
         RecomputeDerived();
         EXPECT_EQ(run(c.line), c.reply) << c.line;
-        if (c.id >= 0) EXPECT_EQ(weights.pairs[c.id], c.expected) << c.line;
+        if (c.id >= 0) {
+            EXPECT_EQ(weights.pairs[c.id], c.expected) << c.line;
+        }
     }
 }
 
