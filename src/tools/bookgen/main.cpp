@@ -1,7 +1,6 @@
 // morvane-bookgen: builds the internal opening book and a book file from the engine's own
 // searches. See README.md beside this file.
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -25,9 +24,9 @@ namespace {
 struct Settings {
     int positions = 24278;
     int records = 34622;
-    int depth = 8;
+    int depth = 9;
     int lines = 3;
-    int margin = 30;
+    int margin = 25;
     int jobs = 2;
     std::string table = "src/book/book_table.cpp";
     std::string book = "medium.mbk";
@@ -55,8 +54,8 @@ struct Searched {
     int kept = 0;
 };
 
-// One search thread with its own table, cleared before every search so that results do not
-// depend on the order in which the jobs run.
+// One search thread with its own table, cleared before every search. Positions go to searchers
+// by a fixed rule, so a rerun gives the same book.
 class Searcher {
 public:
     Searcher() : thread(tt) {
@@ -66,7 +65,6 @@ public:
     }
     std::vector<Candidate> search(const std::string& moves, int depth, int lines) {
         tt.clear();
-        thread.clear();
         SearchLimits limits;
         limits.depth = depth;
         limits.startTime = TimeManager::now();
@@ -193,11 +191,10 @@ int main(int argc, char** argv) {
             queue.pop();
         }
         std::vector<Searched> results(batch.size());
-        std::atomic<size_t> next{0};
         std::vector<std::thread> workers;
         for (int j = 0; j < s.jobs; j++) {
             workers.emplace_back([&, j] {
-                for (size_t i; (i = next++) < batch.size();)
+                for (size_t i = j; i < batch.size(); i += s.jobs)
                     results[i] = {batch[i].key, batch[i].moves, batch[i].reach,
                                   searchers[j]->search(batch[i].moves, s.depth, s.lines), 0};
             });
