@@ -146,6 +146,7 @@ constexpr DrawPattern DRAW_PATTERNS[] = {
 
 bool Evaluator::recognizedDraw() const {
     EndGameId id = EndGameId(board.state().endgameId);
+    if (id == UNKNOWN) return false;
     for (const DrawPattern& pattern : DRAW_PATTERNS)
         if (pattern.id == id) return pattern.drawn(board);
     return false;

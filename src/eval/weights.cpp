@@ -11,17 +11,18 @@ struct WeightDefault {
     int mg, eg, base, bits;
 };
 
-// Which term reads each id (material, pawns, pieces, passers, threats, king attack, king
-// activity, patterns and scaling are the routines of the evaluator, one file each).
+// Which term reads each id: material (material.cpp), pawns (pawns.cpp), pieces (pieces.cpp),
+// passers (passers.cpp), threats (threats.cpp), king attack and king activity (king_safety.cpp),
+// patterns (patterns.cpp), scaling (scaling.cpp) and the driver (evaluator.cpp).
 // clang-format off
 constexpr WeightDefault DEFAULTS[WEIGHT_COUNT] = {
     //   mg     eg  base bits       id  read by
-    {  101,   113,    0,  7},  //  0  material: pawn value
+    {  101,   113,    0,  7},  //  0  material: pawn value; passers: unstoppable pawn
     {32000, 32000,    0, 15},  //  1  material: king value (exchanges only)
     {  407,   406,  300,  8},  //  2  material: knight value
     {  407,   432,  300,  8},  //  3  material: bishop value
     {  548,   716,  450,  9},  //  4  material: rook value
-    { 1310,  1240,  900, 10},  //  5  material: queen value
+    { 1310,  1240,  900, 10},  //  5  material: queen value; passers: unstoppable pawn
     {   51,    76,   50,  6},  //  6  material: bishop pair
     {   -1,    15,    0,  4},  //  7  material: second rook (penalty)
     {    1,    22,    0,  5},  //  8  pawns: pawns on both wings
