@@ -96,7 +96,9 @@ GameRecord playGame(UciEngine& white, UciEngine& black, const std::string& start
         }
         if (tc.kind == TimeControl::Clock) {
             if (reply.elapsedMs > remaining[side] + graceMs(remaining[side])) {
-                verdict = fault(side, Termination::TimeForfeit, "loses on time");
+                verdict = fault(side, Termination::TimeForfeit,
+                                "loses on time (" + std::to_string(reply.elapsedMs) + " ms used, " +
+                                    std::to_string(remaining[side]) + " ms left)");
                 break;
             }
             remaining[side] += tc.incrementMs - reply.elapsedMs;
