@@ -49,6 +49,11 @@ constexpr RankShape RANK_SHAPES[] = {
 };
 // clang-format on
 
+// Threats by the victim's type (none, pawn, knight, bishop, rook, queen): multiples of the
+// middle-game and end-game halves of ids 36 and 38.
+constexpr int THREAT_BY_MINOR[6][2] = {{0, 0}, {0, 2}, {3, 3}, {3, 3}, {5, 8}, {3, 9}};
+constexpr int THREAT_BY_ROOK[6][2] = {{0, 0}, {0, 2}, {3, 4}, {3, 4}, {0, 3}, {3, 4}};
+
 Score pair(int id) { return weights.pairs[id]; }
 int mgOf(int id) { return weights.pairs[id].mg; }
 int egOf(int id) { return weights.pairs[id].eg; }
@@ -150,22 +155,11 @@ void computePieceTerms(EvalTables& t) {
     t.blockedPasserEg = -egOf(59);
     t.enemyRookBehindPasserEg = -egOf(60);
 
-    Score w36 = pair(36), w38 = pair(38);
-    const Score byMinor[6] = {{0, 0},
-                              {0, 2 * w36.eg},
-                              {3 * w36.mg, 3 * w36.eg},
-                              {3 * w36.mg, 3 * w36.eg},
-                              {5 * w36.mg, 8 * w36.eg},
-                              {3 * w36.mg, 9 * w36.eg}};
-    const Score byRook[6] = {{0, 0},
-                             {0, 2 * w38.eg},
-                             {3 * w38.mg, 4 * w38.eg},
-                             {3 * w38.mg, 4 * w38.eg},
-                             {0, 3 * w38.eg},
-                             {3 * w38.mg, 4 * w38.eg}};
-    for (int i = 0; i < 6; i++) {
-        t.threatByMinor[i] = byMinor[i];
-        t.threatByRook[i] = byRook[i];
+    for (int victim = 0; victim < 6; victim++) {
+        t.threatByMinor[victim] = {THREAT_BY_MINOR[victim][0] * mgOf(36),
+                                   THREAT_BY_MINOR[victim][1] * egOf(36)};
+        t.threatByRook[victim] = {THREAT_BY_ROOK[victim][0] * mgOf(38),
+                                  THREAT_BY_ROOK[victim][1] * egOf(38)};
     }
     t.threatBySafePawn = pair(35);
     t.restricted = pair(37);
