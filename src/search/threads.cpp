@@ -165,7 +165,7 @@ void TMainSearchThread::run() {
     resetSearchState();
     prepareRootMoves();
     if (rootMoveCount == 0) {
-        consolePrint("bestmove (none) ponder (none)");
+        if (!testRun) consolePrint("bestmove (none) ponder (none)");
         return;
     }
     resetPollCountdown();
