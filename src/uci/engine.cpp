@@ -7,6 +7,7 @@
 #include "core/text.h"
 #include "eval/evaluator.h"
 #include "eval/weights.h"
+#include "search/endgame_tables.h"
 #include "tools/evaltest.h"
 #include "tools/perft.h"
 #include "uci/console.h"
@@ -37,6 +38,8 @@ Engine::Engine()
     RecomputeDerived();
     mainThread = std::make_unique<TMainSearchThread>(*tt);
     mainThread->launch();
+    // Built now rather than at the first probe, which may come in a game under a short clock.
+    EndgameTables::instance();
 }
 
 // The search threads go first: they use the table.
