@@ -12,11 +12,13 @@
 #include <vector>
 
 #include "book/book.h"
+#include "book/book_check.h"
+#include "book/internal_book.h"
 #include "core/board.h"
 #include "core/movegen.h"
 #include "core/notation.h"
 #include "eval/weights.h"
-#include "search/threads.h"
+#include "search/quiet_search.h"
 #include "search/timeman.h"
 
 namespace {
@@ -31,19 +33,20 @@ struct Settings {
     std::string table = "src/book/book_table.cpp";
     std::string book = "medium.mbk";
     std::string report = "src/tools/bookgen/last-run.txt";
+    int verifyDepth = 0;  // with --verify: check the compiled-in book instead of building one
+    int tolerance = 40;
 };
 
-struct Candidate {
-    Move move;
-    int score;
-};
+using Candidate = ScoredMove;
 
 // A position waiting to be searched: the game that reaches it and how likely that game is.
 struct Pending {
     double reach;
     std::string moves;
     uint64_t key;
-    bool operator<(const Pending& o) const { return reach != o.reach ? reach < o.reach : key > o.key; }
+    bool operator<(const Pending& o) const {
+        return reach != o.reach ? reach < o.reach : key > o.key;
+    }
 };
 
 struct Searched {
@@ -54,43 +57,12 @@ struct Searched {
     int kept = 0;
 };
 
-// One search thread with its own table, cleared before every search. Positions go to searchers
-// by a fixed rule, so a rerun gives the same book.
-class Searcher {
-public:
-    Searcher() : thread(tt) {
-        tt.resize(16);
-        thread.launch();
-        thread.testRun = true;
-    }
-    std::vector<Candidate> search(const std::string& moves, int depth, int lines) {
-        tt.clear();
-        SearchLimits limits;
-        limits.depth = depth;
-        limits.startTime = TimeManager::now();
-        thread.setUp("position startpos moves " + moves, limits, lines, 0);
-        thread.start();
-        thread.waitUntilIdle();
-        std::vector<Candidate> out;
-        for (int i = 0; i < std::min(lines, thread.rootMoveTotal()); i++) {
-            const RootMove& rm = thread.rootMove(i);
-            int score = rm.score != NO_VALUE ? rm.score : rm.previousScore;
-            if (score != NO_VALUE) out.push_back({rm.move, score});
-        }
-        std::stable_sort(out.begin(), out.end(), [](const Candidate& a, const Candidate& b) { return a.score > b.score; });
-        return out;
-    }
-
-private:
-    TranspositionTable tt;
-    TMainSearchThread thread;
-};
-
 // Shares of the kept moves, adding up to 100: linear in the distance from the best score.
 std::vector<int> weightsOf(const std::vector<Candidate>& c, int kept, int margin) {
     std::vector<int> raw(kept);
     int sum = 0;
-    for (int i = 0; i < kept; i++) sum += raw[i] = margin + 1 - std::min(margin, c[0].score - c[i].score);
+    for (int i = 0; i < kept; i++)
+        sum += raw[i] = margin + 1 - std::min(margin, c[0].score - c[i].score);
     std::vector<int> shares(kept);
     int given = 0;
     for (int i = 0; i < kept; i++) given += shares[i] = std::max(1, raw[i] * 100 / sum);
@@ -101,16 +73,30 @@ std::vector<int> weightsOf(const std::vector<Candidate>& c, int kept, int margin
 bool parseArguments(int argc, char** argv, Settings& s) {
     for (int i = 1; i + 1 < argc; i += 2) {
         std::string name = argv[i], value = argv[i + 1];
-        if (name == "--positions") s.positions = std::atoi(value.c_str());
-        else if (name == "--records") s.records = std::atoi(value.c_str());
-        else if (name == "--depth") s.depth = std::atoi(value.c_str());
-        else if (name == "--lines") s.lines = std::atoi(value.c_str());
-        else if (name == "--margin") s.margin = std::atoi(value.c_str());
-        else if (name == "--jobs") s.jobs = std::max(1, std::atoi(value.c_str()));
-        else if (name == "--table") s.table = value;
-        else if (name == "--book") s.book = value;
-        else if (name == "--report") s.report = value;
-        else return false;
+        if (name == "--positions")
+            s.positions = std::atoi(value.c_str());
+        else if (name == "--records")
+            s.records = std::atoi(value.c_str());
+        else if (name == "--depth")
+            s.depth = std::atoi(value.c_str());
+        else if (name == "--lines")
+            s.lines = std::atoi(value.c_str());
+        else if (name == "--margin")
+            s.margin = std::atoi(value.c_str());
+        else if (name == "--jobs")
+            s.jobs = std::max(1, std::atoi(value.c_str()));
+        else if (name == "--table")
+            s.table = value;
+        else if (name == "--book")
+            s.book = value;
+        else if (name == "--report")
+            s.report = value;
+        else if (name == "--verify")
+            s.verifyDepth = std::atoi(value.c_str());
+        else if (name == "--tolerance")
+            s.tolerance = std::atoi(value.c_str());
+        else
+            return false;
     }
     return argc % 2 == 1 && s.positions > 0 && s.records >= s.positions;
 }
@@ -118,13 +104,13 @@ bool parseArguments(int argc, char** argv, Settings& s) {
 void writeTable(const Settings& s, const std::vector<BookEntry>& entries) {
     std::ofstream out(s.table);
     out << "// Generated by morvane-bookgen (src/tools/bookgen); do not edit by hand.\n"
-        << "// " << s.positions << " positions, " << s.records << " records, depth " << s.depth << ", "
-        << s.lines << " lines, margin " << s.margin << ".\n"
+        << "// " << s.positions << " positions, " << s.records << " records, depth " << s.depth
+        << ", " << s.lines << " lines, margin " << s.margin << ".\n"
         << "#include \"book/internal_book.h\"\n\nconst BookEntry INTERNAL_BOOK[] = {\n";
     char line[96];
     for (const BookEntry& e : entries) {
-        std::snprintf(line, sizeof line, "    {0x%016llXULL, 0x%06X, %3d, {}},\n", (unsigned long long)e.key, e.move,
-                      e.weight);
+        std::snprintf(line, sizeof line, "    {0x%016llXULL, 0x%06X, %3d, {}},\n",
+                      (unsigned long long)e.key, e.move, e.weight);
         out << line;
     }
     out << "};\nconst size_t INTERNAL_BOOK_SIZE = std::size(INTERNAL_BOOK);\n";
@@ -141,17 +127,50 @@ void writeBookFile(const Settings& s, const std::vector<BookEntry>& entries) {
     }
 }
 
+// Searches every position of the compiled-in book and reports each book move that loses more
+// than the tolerance against the best move.
+int verifyBook(const Settings& s) {
+    std::vector<BookPosition> walk = walkBook(INTERNAL_BOOK, INTERNAL_BOOK_SIZE);
+    std::vector<std::unique_ptr<QuietSearch>> searchers;
+    for (int j = 0; j < s.jobs; j++) searchers.push_back(std::make_unique<QuietSearch>());
+    std::vector<std::vector<int>> losses(walk.size());
+    std::vector<std::thread> workers;
+    for (int j = 0; j < s.jobs; j++)
+        workers.emplace_back([&, j] {
+            for (size_t i = j; i < walk.size(); i += s.jobs)
+                losses[i] = bookMoveLosses(*searchers[j], walk[i], s.verifyDepth);
+        });
+    for (auto& w : workers) w.join();
+    int bad = 0, checked = 0, worst = 0;
+    Board board;
+    for (size_t i = 0; i < walk.size(); i++) {
+        for (size_t r = 0; r < losses[i].size(); r++, checked++) {
+            worst = std::max(worst, losses[i][r]);
+            if (losses[i][r] <= s.tolerance) continue;
+            bad++;
+            std::cout << "loses " << losses[i][r] << ": position startpos moves " << walk[i].game
+                      << " + " << moveToUci(walk[i].records[r]->move) << "\n";
+        }
+    }
+    std::cout << checked << " book moves checked at depth " << s.verifyDepth << ", " << bad
+              << " lose more than " << s.tolerance << " (worst " << worst << ")\n";
+    return bad ? 1 : 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     Settings s;
     if (!parseArguments(argc, argv, s)) {
-        std::cerr << "usage: morvane-bookgen [--positions N] [--records N] [--depth D] [--lines K] [--margin CP]"
-                     " [--jobs J] [--table FILE] [--book FILE] [--report FILE]\n";
+        std::cerr << "usage: morvane-bookgen [--positions N] [--records N] [--depth D] [--lines K] "
+                     "[--margin CP]"
+                     " [--jobs J] [--table FILE] [--book FILE] [--report FILE]\n"
+                     "       morvane-bookgen --verify DEPTH [--tolerance CP] [--jobs J]\n";
         return 2;
     }
     ResetWeights();
     RecomputeDerived();
+    if (s.verifyDepth) return verifyBook(s);
     const int64_t start = TimeManager::now();
 
     Board board;
@@ -176,17 +195,20 @@ int main(int argc, char** argv) {
             if (seen.count(key)) continue;
             seen[key] = true;
             std::string moves = node.moves.empty() ? "" : node.moves + " ";
-            queue.push({node.reach * shares[i] / 100.0, moves + moveToUci(node.candidates[i].move), key});
+            queue.push(
+                {node.reach * shares[i] / 100.0, moves + moveToUci(node.candidates[i].move), key});
         }
     };
     enqueueChildren(root, std::vector<int>(startWeights, startWeights + 6));
 
-    std::vector<std::unique_ptr<Searcher>> searchers;
-    for (int j = 0; j < s.jobs; j++) searchers.push_back(std::make_unique<Searcher>());
+    // Positions go to searchers by a fixed rule, so a rerun gives the same book.
+    std::vector<std::unique_ptr<QuietSearch>> searchers;
+    for (int j = 0; j < s.jobs; j++) searchers.push_back(std::make_unique<QuietSearch>());
     while (int(done.size()) < s.positions && !queue.empty()) {
         // A batch of the most likely positions, searched in parallel.
         std::vector<Pending> batch;
-        while (!queue.empty() && int(batch.size()) < 8 * s.jobs && int(done.size() + batch.size()) < s.positions) {
+        while (!queue.empty() && int(batch.size()) < 8 * s.jobs &&
+               int(done.size() + batch.size()) < s.positions) {
             batch.push_back(queue.top());
             queue.pop();
         }
@@ -196,7 +218,9 @@ int main(int argc, char** argv) {
             workers.emplace_back([&, j] {
                 for (size_t i = j; i < batch.size(); i += s.jobs)
                     results[i] = {batch[i].key, batch[i].moves, batch[i].reach,
-                                  searchers[j]->search(batch[i].moves, s.depth, s.lines), 0};
+                                  searchers[j]->search("position startpos moves " + batch[i].moves,
+                                                       s.depth, s.lines),
+                                  0};
             });
         }
         for (auto& w : workers) w.join();
@@ -204,7 +228,8 @@ int main(int argc, char** argv) {
             if (r.candidates.empty()) continue;  // no legal move
             const int positionsLeft = s.positions - int(done.size()) - 1;
             int kept = 1;
-            while (kept < int(r.candidates.size()) && r.candidates[0].score - r.candidates[kept].score <= s.margin &&
+            while (kept < int(r.candidates.size()) &&
+                   r.candidates[0].score - r.candidates[kept].score <= s.margin &&
                    records + kept + 1 + positionsLeft <= s.records)
                 kept++;
             r.kept = kept;
@@ -219,7 +244,8 @@ int main(int argc, char** argv) {
         Searched* widest = nullptr;
         int gap = 1 << 30;
         for (Searched& d : done)
-            if (d.kept < int(d.candidates.size()) && d.candidates[0].score - d.candidates[d.kept].score < gap)
+            if (d.kept < int(d.candidates.size()) &&
+                d.candidates[0].score - d.candidates[d.kept].score < gap)
                 gap = d.candidates[0].score - d.candidates[d.kept].score, widest = &d;
         if (!widest) break;
         widest->kept++;
@@ -230,17 +256,20 @@ int main(int argc, char** argv) {
     std::vector<BookEntry> entries;
     for (size_t n = 0; n < done.size(); n++) {
         const Searched& d = done[n];
-        std::vector<int> shares = n == 0 ? std::vector<int>(startWeights, startWeights + 6) : weightsOf(d.candidates, d.kept, s.margin);
-        for (int i = 0; i < d.kept; i++) entries.push_back({d.key, d.candidates[i].move & MOVE_MASK, uint8_t(shares[i]), {}});
+        std::vector<int> shares = n == 0 ? std::vector<int>(startWeights, startWeights + 6)
+                                         : weightsOf(d.candidates, d.kept, s.margin);
+        for (int i = 0; i < d.kept; i++)
+            entries.push_back({d.key, d.candidates[i].move & MOVE_MASK, uint8_t(shares[i]), {}});
     }
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const BookEntry& a, const BookEntry& b) { return int64_t(a.key) < int64_t(b.key); });
+    std::stable_sort(entries.begin(), entries.end(), [](const BookEntry& a, const BookEntry& b) {
+        return int64_t(a.key) < int64_t(b.key);
+    });
     writeTable(s, entries);
     writeBookFile(s, entries);
     std::ofstream report(s.report);
-    report << "positions " << done.size() << "\nrecords " << entries.size() << "\ndepth " << s.depth << "\nlines "
-           << s.lines << "\nmargin " << s.margin << "\njobs " << s.jobs << "\nseconds "
-           << (TimeManager::now() - start) / 1000 << "\n";
+    report << "positions " << done.size() << "\nrecords " << entries.size() << "\ndepth " << s.depth
+           << "\nlines " << s.lines << "\nmargin " << s.margin << "\njobs " << s.jobs
+           << "\nseconds " << (TimeManager::now() - start) / 1000 << "\n";
     std::cout << done.size() << " positions, " << entries.size() << " records\n";
     return int(done.size()) == s.positions && int(entries.size()) == s.records ? 0 : 1;
 }

@@ -1,0 +1,26 @@
+// Checks of the book's quality: every book move against the best move of a deeper search of its
+// position by the engine itself.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "book/book.h"
+#include "search/quiet_search.h"
+
+// A book position and a game that reaches it from the start by book moves.
+struct BookPosition {
+    uint64_t key;
+    std::string game;  // coordinate moves separated by blanks
+    std::vector<const BookEntry*> records;
+};
+
+// Every position of a book in the order a walk from the start position meets it.
+std::vector<BookPosition> walkBook(const BookEntry* entries, size_t count);
+
+// How much each book move of the position loses against the best move of a search at the given
+// depth: the best score minus the move's score (the negated score of a search one ply less after
+// it), in the order of the position's records.
+std::vector<int> bookMoveLosses(QuietSearch& search, const BookPosition& position, int depth);

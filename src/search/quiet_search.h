@@ -1,0 +1,25 @@
+// A search that prints nothing, for tools and tests: one search thread with a table of its own,
+// cleared before every search, returning the scored root moves.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "search/threads.h"
+#include "search/tt.h"
+
+struct ScoredMove {
+    Move move;
+    int score;
+};
+
+class QuietSearch {
+  public:
+    explicit QuietSearch(int hashMb = 16);
+    // The best `lines` root moves of the game given as a position command, best first.
+    std::vector<ScoredMove> search(const std::string& positionCommand, int depth, int lines = 1);
+
+  private:
+    TranspositionTable tt;
+    TMainSearchThread thread;
+};
