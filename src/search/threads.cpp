@@ -36,10 +36,11 @@ TSearchThread::~TSearchThread() {
 
 void TSearchThread::launch() { osThread = std::thread(&TSearchThread::idleLoop, this); }
 
+// The searching flag is cleared only after a run, never before the first wait: a start() that
+// comes before this thread first waits must not be lost.
 void TSearchThread::idleLoop() {
-    while (!exitFlag) {
-        std::unique_lock<std::mutex> lock(mutex);
-        searching = 0;
+    std::unique_lock<std::mutex> lock(mutex);
+    for (;;) {
         while (!searching && !exitFlag) {
             wakeUp.notify_all();  // tells a waiting main thread that this one is idle
             wakeUp.wait(lock);
@@ -47,6 +48,8 @@ void TSearchThread::idleLoop() {
         if (exitFlag) return;
         lock.unlock();
         run();
+        lock.lock();
+        searching = 0;
     }
 }
 
