@@ -95,33 +95,6 @@ TEST(OrderingTables, HalvingLeavesTheEmptyPieceRow) {
     EXPECT_EQ(t->history[B_KING][63], -499);
 }
 
-TEST(OrderingTables, ClearZeroesEverything) {
-    auto t = freshTables();
-    t->storeKiller(3, NF3);
-    t->updateHistory(NF3, 64);
-    t->counterMove(E7E6, NF3) = BC4;
-    t->gains[W_KNIGHT][21] = 17;
-    t->clear();
-    EXPECT_EQ(t->killers[3][0], 0u);
-    EXPECT_EQ(t->killers[3][2], 0u);
-    EXPECT_EQ(t->historyOf(NF3), 0);
-    EXPECT_EQ(t->counterMove(E7E6, NF3), 0u);
-    EXPECT_EQ(t->gains[W_KNIGHT][21], 0);
-}
-
-// A counter move is kept per pair (earlier move's piece and square, last move's); a missing
-// earlier move counts as piece 0 on square 0.
-TEST(OrderingTables, CounterMovesByPairOfMoves) {
-    auto t = freshTables();
-    t->counterMove(E7E6, NF3) = BC4;
-    t->counterMove(0, NF3) = RD1;
-    EXPECT_EQ(t->counterMove(E7E6, NF3), BC4);
-    EXPECT_EQ(t->counterMove(0, NF3), RD1);
-    EXPECT_EQ(t->counterMove(NF3, E7E6), 0u);
-    // Only piece and destination matter.
-    EXPECT_EQ(t->counterMove(makeMove(B_PAWN, 53, 44), NF3), BC4);
-}
-
 // Lists sort by key, best first; equal keys fall to the move bits. Removal compares the move
 // bits only.
 TEST(MoveList, SortAndRemove) {

@@ -145,16 +145,3 @@ TEST(TimeManager, PonderingNeverTimesOutUntilPonderhit) {
     tm.pondering = false;  // ponderhit
     EXPECT_TRUE(tm.timeUp());
 }
-
-// A later go command starts afresh.
-TEST(TimeManager, NewLimitsResetTheState) {
-    TimeManager tm;
-    tm.setLimits(at({.wtime = 60000, .ponder = 1}, S), White);
-    tm.timeUp();
-    tm.rootMoveNumber = 7;
-    tm.setLimits(at({.wtime = 60000}, S), White);
-    EXPECT_FALSE(tm.pondering);
-    EXPECT_EQ(tm.polls, 0u);
-    EXPECT_EQ(tm.rootMoveNumber, 0);
-    EXPECT_EQ(tm.targetDeadline(), S + 1176);
-}

@@ -204,18 +204,6 @@ TEST(TranspositionTable, FullClusterReplacesTheLeastValuableEntry) {
     }
 }
 
-// A newly placed entry is fresh, not touched: it is the first to go when the cluster is full.
-TEST(TranspositionTable, NewEntryIsFreshUntilProbed) {
-    TranspositionTable tt;
-    tt.resize(1);
-    for (int i = 1; i <= 4; i++) tt.store(keyIn(9, 0, i), 0, 5, BOUND_LOWER, 0, 0);
-    for (int i = 1; i <= 4; i++) tt.probe(keyIn(9, 0, i), 0);
-    tt.store(keyIn(9, 0, 5), 0, 5, BOUND_LOWER, 0, 0);  // replaces entry 0 (all touched)
-    tt.store(keyIn(9, 0, 6), 0, 5, BOUND_LOWER, 0, 0);  // the fresh one goes, not a touched one
-    EXPECT_FALSE(holds(tt, keyIn(9, 0, 5)));
-    for (int i = 2; i <= 4; i++) EXPECT_TRUE(holds(tt, keyIn(9, 0, i))) << i;
-}
-
 TEST(TranspositionTable, HashfullCountsPlacedEntriesPerMille) {
     TranspositionTable tt;
     tt.resize(1);
