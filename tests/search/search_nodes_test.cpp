@@ -1,0 +1,194 @@
+// Single nodes of the search, called directly on a search thread's board: mates and stalemates
+// at any ply, the fifty-move rule, mate-distance pruning, the stop flag, the fail-hard window,
+// quiescence's horizon and its refusal of under-promotions.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "search/threads.h"
+
+namespace {
+
+// A worker (index 1): it never polls the clock, so a node does exactly what it is asked.
+class NodeProbe : public TSearchThread {
+  public:
+    explicit NodeProbe(TranspositionTable& tt) : TSearchThread(1, tt) {}
+
+    // A fresh node: the table is emptied too, so no stored result stands in for a search.
+    void setPosition(const std::string& fen) {
+        tt.clear();
+        SearchLimits limits;
+        limits.depth = 10;
+        setUp("position fen " + fen, limits, 1, 0);
+        nodes = 0;
+        stopFlag = 0;
+    }
+    int search(int ply, int depth, int alpha, int beta) {
+        Move pv[MAX_PLY + 1] = {};
+        return alphaBeta(ply, depth, 0, alpha, beta, 1, pv);
+    }
+    int quiesce(int ply, int alpha, int beta) {
+        Move pv[MAX_PLY + 1] = {};
+        return quiescence(ply, 0, alpha, beta, pv);
+    }
+    using TSearchThread::evaluate;
+    using TSearchThread::stopFlag;
+};
+
+class SearchNodes : public ::testing::Test {
+  protected:
+    SearchNodes() { tt.resize(1); }
+    TranspositionTable tt;
+};
+
+const std::string CHECKMATED = "6k1/R4ppp/8/8/8/8/5PPP/1r4K1 w - - 0 1";
+const std::string STALEMATED = "k7/p7/P7/8/8/8/7P/1Q5K b - - 0 1";
+const std::string MIDDLEGAME = "r2q1rk1/pp2bppp/2n1bn2/3p4/3P4/2NBBN2/PP3PPP/R2Q1RK1 w - - 4 11";
+const std::string ITALIAN = "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4";
+
+}  // namespace
+
+// Being mated at ply p scores p - 32767, in the main search and in quiescence alike.
+TEST_F(SearchNodes, CheckmatedAtAnyPly) {
+    NodeProbe node(tt);
+    for (int ply : {1, 2, 7, 40}) {
+        for (int depth : {0, 1, 5}) {
+            node.setPosition(CHECKMATED);
+            EXPECT_EQ(node.search(ply, depth, -MATE, MATE), ply - MATE) << ply << ", " << depth;
+        }
+        node.setPosition(CHECKMATED);
+        EXPECT_EQ(node.quiesce(ply, -MATE, MATE), ply - MATE) << ply;
+    }
+}
+
+// A stalemate scores 0 and is remembered as an exact entry of depth 100 without a move.
+TEST_F(SearchNodes, StalemateIsStoredAsADraw) {
+    NodeProbe node(tt);
+    node.setPosition(STALEMATED);
+    EXPECT_EQ(node.search(3, 4, -MATE, MATE), 0);
+    ProbeResult entry = tt.probe(node.board.key(), 3);
+    EXPECT_EQ(entry.bound, BOUND_EXACT);
+    EXPECT_EQ(entry.depth, 100);
+    EXPECT_EQ(entry.score, 0);
+    EXPECT_EQ(entry.move, 0u);
+}
+
+// A queen against a rook: at a half-move clock of 101 the node is a draw before anything else;
+// at 100 it is still searched (its quiet moves then end in draws); at 99 its children are
+// searched too.
+TEST_F(SearchNodes, FiftyMoveRuleAtTheNode) {
+    NodeProbe node(tt);
+    const struct {
+        int clock, depth;
+        bool immediateDraw;
+    } cases[] = {{101, 1, true}, {101, 6, true}, {130, 3, true}, {100, 1, false}, {99, 1, false}};
+    for (const auto& c : cases) {
+        node.setPosition("4k3/8/8/8/8/8/3r4/Q5K1 w - - " + std::to_string(c.clock) + " 80");
+        const int score = node.search(1, c.depth, -MATE, MATE);
+        if (c.immediateDraw) {
+            EXPECT_EQ(score, 0) << c.clock << ", " << c.depth;
+            EXPECT_EQ(node.totalNodes(), 1u) << c.clock << ": nothing below the node";
+        } else {
+            EXPECT_GT(node.totalNodes(), 1u) << c.clock << ": searched";
+        }
+        if (c.clock == 99) EXPECT_GT(score, 100) << "the queen counts";
+    }
+}
+
+// No score can beat a mate at the next ply: with alpha there already, the node returns alpha
+// without searching a move. The same for the losing side against beta.
+TEST_F(SearchNodes, MateDistancePruning) {
+    NodeProbe node(tt);
+    const struct {
+        int ply, alpha, beta, expected;
+    } cases[] = {
+        {5, MATE - 5, MATE - 4, MATE - 5},           // alpha = a mate delivered here
+        {5, MATE - 3, MATE - 2, MATE - 3},           //
+        {5, 5 - MATE - 1, 5 - MATE, 5 - MATE},       // beta = being mated here
+        {10, 10 - MATE - 20, 10 - MATE, 10 - MATE},  //
+    };
+    for (const auto& c : cases) {
+        node.setPosition(MIDDLEGAME);
+        EXPECT_EQ(node.search(c.ply, 6, c.alpha, c.beta), c.expected)
+            << c.ply << " (" << c.alpha << ", " << c.beta << ")";
+        EXPECT_EQ(node.totalNodes(), 1u) << "pruned before any move";
+    }
+}
+
+TEST_F(SearchNodes, StopFlagReturnsAlphaAtOnce) {
+    NodeProbe node(tt);
+    node.setPosition(MIDDLEGAME);
+    node.stopFlag = 1;
+    EXPECT_EQ(node.search(1, 8, -123, 456), -123);
+    EXPECT_EQ(node.totalNodes(), 1u);
+    EXPECT_EQ(tt.filled(), 0u) << "a stopped node stores nothing";
+}
+
+// The node search is fail-hard: whatever the window, the result stays inside it.
+TEST_F(SearchNodes, ResultStaysInsideTheWindow) {
+    NodeProbe node(tt);
+    const struct {
+        int alpha, beta;
+    } windows[] = {{-MATE, MATE}, {-50, 50}, {100, 101}, {-1, 0},
+                   {-300, -299},  {0, 1000}, {250, 900}, {-900, -250}};
+    for (const std::string& fen :
+         {MIDDLEGAME, ITALIAN, std::string("4k3/8/8/8/8/8/3r4/Q5K1 w - - 0 1")}) {
+        for (const auto& w : windows) {
+            for (int depth : {1, 3, 5}) {
+                node.setPosition(fen);
+                const int score = node.search(1, depth, w.alpha, w.beta);
+                EXPECT_GE(score, w.alpha) << fen << " depth " << depth;
+                EXPECT_LE(score, w.beta) << fen << " depth " << depth;
+            }
+        }
+    }
+}
+
+// Being mated and the fifty-move rule give their exact value whatever the window. (A stalemate
+// need not: razoring may answer first when the side to move is far behind.)
+TEST_F(SearchNodes, TerminalValuesIgnoreTheWindow) {
+    NodeProbe node(tt);
+    const struct {
+        std::string fen;
+        int value;
+    } cases[] = {
+        {CHECKMATED, 1 - MATE},
+        {"4k3/8/8/8/8/8/3r4/Q5K1 w - - 101 80", 0},
+    };
+    const int windows[][2] = {{-MATE, MATE}, {100, 101}, {-300, -299}, {-MATE, -MATE + 5}};
+    for (const auto& c : cases) {
+        for (const auto& w : windows) {
+            node.setPosition(c.fen);
+            EXPECT_EQ(node.search(1, 3, w[0], w[1]), c.value)
+                << c.fen << " (" << w[0] << ", " << w[1] << ")";
+        }
+    }
+}
+
+// Outside check quiescence promotes to a queen only.
+TEST_F(SearchNodes, QuiescenceSkipsUnderPromotions) {
+    NodeProbe node(tt);
+    node.setPosition("8/P7/8/8/8/8/k7/7K w - - 0 1");
+    node.quiesce(1, -MATE, MATE);
+    EXPECT_EQ(node.totalNodes(), 1u) << "a7a8q and nothing else";
+}
+
+// Far from the root quiescence returns the static evaluation: from ply 120 when not in check,
+// from ply 127 even in check.
+TEST_F(SearchNodes, QuiescenceHorizon) {
+    NodeProbe node(tt);
+    const struct {
+        std::string fen;
+        int ply;
+    } cases[] = {
+        {MIDDLEGAME, 120},
+        {ITALIAN, 125},
+        {"r1bqkbnr/pppp1Qpp/2n5/4p3/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 0 3", 127},  // mated
+    };
+    for (const auto& c : cases) {
+        node.setPosition(c.fen);
+        const int eval = node.evaluate();
+        EXPECT_EQ(node.quiesce(c.ply, -MATE, MATE), eval) << c.fen;
+        EXPECT_EQ(node.totalNodes(), 0u) << c.fen;
+    }
+}

@@ -1,0 +1,299 @@
+// The transposition table: what a probe gives back after a store, the order in which a cluster's
+// entries are visited, which entry a full cluster gives up, mate scores kept relative to the
+// root, the fill figure, resizing and the opening-book entries.
+#include "search/tt.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "core/types.h"
+
+namespace {
+
+// A 1 MB table has 16384 clusters of four entries.
+constexpr int CLUSTERS_PER_MB = 16384;
+constexpr int ENTRIES_PER_MB = 4 * CLUSTERS_PER_MB;
+
+// A key of the given cluster whose visit starts at entry `start`; n tells keys apart.
+uint64_t keyIn(uint64_t cluster, int start, uint64_t n) {
+    return n << 40 | uint64_t(start) << 32 | cluster;
+}
+
+constexpr Move E2E4 = makeMove(W_PAWN, 12, 28);
+constexpr Move G8F6 = makeMove(B_KNIGHT, 62, 45);
+
+bool holds(TranspositionTable& tt, uint64_t key) { return tt.probe(key, 0).bound != BOUND_NONE; }
+
+}  // namespace
+
+TEST(TranspositionTable, ProbeReturnsWhatWasStored) {
+    TranspositionTable tt;
+    tt.resize(1);
+    const uint64_t key = 0x123456789ABCDEFULL;
+    EXPECT_EQ(tt.probe(key, 0).bound, BOUND_NONE);
+
+    // The ordering key a move carries in a list (bits 23-31) is not stored.
+    tt.store(key, 0, 127, BOUND_UPPER, -777, E2E4 | 0x1FFu << 23);
+    ProbeResult r = tt.probe(key, 0);
+    EXPECT_EQ(r.bound, BOUND_UPPER);
+    EXPECT_EQ(r.score, -777);
+    EXPECT_EQ(r.depth, 127);
+    EXPECT_EQ(r.move, E2E4);
+
+    // A store with the same key overwrites every field and takes no new entry.
+    tt.store(key, 0, 3, BOUND_EXACT, 12, G8F6);
+    r = tt.probe(key, 0);
+    EXPECT_EQ(r.bound, BOUND_EXACT);
+    EXPECT_EQ(r.score, 12);
+    EXPECT_EQ(r.depth, 3);
+    EXPECT_EQ(r.move, G8F6);
+    EXPECT_EQ(tt.filled(), 1u);
+
+    // Another key of the same cluster is a miss, and the miss changes nothing.
+    ProbeResult miss = tt.probe(key ^ 1ULL << 50, 0);
+    EXPECT_EQ(miss.bound, BOUND_NONE);
+    EXPECT_EQ(miss.score, 0);
+    EXPECT_EQ(miss.depth, 0);
+    EXPECT_EQ(miss.move, 0u);
+}
+
+// Mate scores are kept relative to the root and read back relative to the probing node.
+TEST(TranspositionTable, MateScoresAreAdjustedByPly) {
+    const struct {
+        int score, storePly, probePly, expected;
+    } cases[] = {
+        {32760, 5, 3, 32762},      // kept as 32765
+        {32760, 5, 0, 32765},      //
+        {32760, 5, 5, 32760},      //
+        {-32760, 5, 3, -32762},    // being mated, the same way round
+        {-32760, 5, 0, -32765},    //
+        {32511, 2, 0, 32513},      // the smallest adjusted score
+        {-32511, 2, 0, -32513},    //
+        {32510, 5, 3, 32510},      // below the bound: unchanged
+        {-32510, 5, 3, -32510},    //
+        {0, 9, 1, 0},              // a draw
+        {-1234, 9, 1, -1234},      //
+        {32767 - 1, 1, 1, 32766},  // mate in one found at ply 1
+    };
+    for (const auto& c : cases) {
+        TranspositionTable tt;
+        tt.resize(1);
+        tt.store(42, c.storePly, 4, BOUND_EXACT, c.score, 0);
+        EXPECT_EQ(tt.probe(42, c.probePly).score, c.expected)
+            << c.score << " stored at ply " << c.storePly << ", read at ply " << c.probePly;
+    }
+}
+
+// Inside a cluster the visit starts at the entry given by bits 32-33 of the key. Four keys that
+// start at the same entry fill it in the order start, start^1, start^2, start^3; with all four
+// alike, a fifth key replaces the one in the physically first entry, the key stored at step
+// `start`.
+TEST(TranspositionTable, EntriesAreVisitedInXorOrder) {
+    for (int start = 0; start < 4; start++) {
+        TranspositionTable tt;
+        tt.resize(1);
+        std::vector<uint64_t> keys;
+        for (int n = 1; n <= 4; n++) {
+            keys.push_back(keyIn(77, start, n));
+            tt.store(keys.back(), 0, 6, BOUND_LOWER, 10, E2E4);
+        }
+        EXPECT_EQ(tt.filled(), 4u);
+        tt.store(keyIn(77, start, 99), 0, 6, BOUND_LOWER, 10, E2E4);
+        EXPECT_EQ(tt.filled(), 4u) << "a replacement is not a new entry";
+        for (int i = 0; i < 4; i++)
+            EXPECT_EQ(holds(tt, keys[i]), i != start) << "start " << start << ", key " << i;
+        EXPECT_TRUE(holds(tt, keyIn(77, start, 99)));
+    }
+}
+
+// A full cluster gives up the entry of lowest value: depth, + 16 when touched (hit by a probe or
+// stored again under its own key) since it was placed, + 32 when exact; ties go to the entry
+// physically first in the cluster.
+TEST(TranspositionTable, FullClusterReplacesTheLeastValuableEntry) {
+    enum Use { PLACED, PROBED, STORED_AGAIN };
+    struct Entry {
+        int depth;
+        Bound bound;
+        Use use;
+    };
+    const struct {
+        const char* what;
+        Entry entries[4];
+        int victim;
+    } cases[] = {
+        {"shallowest",
+         {{8, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED},
+          {9, BOUND_UPPER, PLACED},
+          {4, BOUND_LOWER, PLACED}},
+         1},
+        {"all equal: the first",
+         {{3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED}},
+         0},
+        {"a probed entry is kept",
+         {{3, BOUND_LOWER, PROBED},
+          {3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED}},
+         1},
+        {"an entry stored again is kept",
+         {{3, BOUND_LOWER, STORED_AGAIN},
+          {3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED},
+          {3, BOUND_LOWER, PLACED}},
+         1},
+        {"touched is worth 16 plies: tie, the first",
+         {{16, BOUND_LOWER, PLACED},
+          {0, BOUND_LOWER, PROBED},
+          {20, BOUND_LOWER, PLACED},
+          {20, BOUND_LOWER, PLACED}},
+         0},
+        {"touched is worth 16 plies: one deeper loses",
+         {{17, BOUND_LOWER, PLACED},
+          {0, BOUND_LOWER, PROBED},
+          {20, BOUND_LOWER, PLACED},
+          {20, BOUND_LOWER, PLACED}},
+         1},
+        {"exact is worth 32 plies: tie, the first",
+         {{32, BOUND_UPPER, PLACED},
+          {0, BOUND_EXACT, PLACED},
+          {40, BOUND_LOWER, PLACED},
+          {40, BOUND_LOWER, PLACED}},
+         0},
+        {"exact is worth 32 plies: one deeper loses",
+         {{33, BOUND_UPPER, PLACED},
+          {0, BOUND_EXACT, PLACED},
+          {40, BOUND_LOWER, PLACED},
+          {40, BOUND_LOWER, PLACED}},
+         1},
+        {"both bonuses add up",
+         {{49, BOUND_LOWER, PLACED},
+          {0, BOUND_EXACT, PROBED},
+          {50, BOUND_LOWER, PLACED},
+          {49, BOUND_LOWER, PLACED}},
+         1},
+        {"the last entry",
+         {{10, BOUND_EXACT, PLACED},
+          {10, BOUND_LOWER, PROBED},
+          {20, BOUND_LOWER, PLACED},
+          {9, BOUND_LOWER, PLACED}},
+         3},
+    };
+    for (const auto& c : cases) {
+        TranspositionTable tt;
+        tt.resize(1);
+        // Keys starting at entry 0 are placed in physical order.
+        uint64_t keys[4];
+        for (int i = 0; i < 4; i++) {
+            keys[i] = keyIn(5, 0, i + 1);
+            tt.store(keys[i], 0, c.entries[i].depth, c.entries[i].bound, 0, E2E4);
+        }
+        for (int i = 0; i < 4; i++) {
+            if (c.entries[i].use == PROBED) tt.probe(keys[i], 0);
+            if (c.entries[i].use == STORED_AGAIN)
+                tt.store(keys[i], 0, c.entries[i].depth, c.entries[i].bound, 0, E2E4);
+        }
+        tt.store(keyIn(5, 2, 50), 0, 1, BOUND_UPPER, 0, G8F6);
+        for (int i = 0; i < 4; i++)
+            EXPECT_EQ(holds(tt, keys[i]), i != c.victim) << c.what << ", entry " << i;
+        EXPECT_TRUE(holds(tt, keyIn(5, 2, 50))) << c.what;
+    }
+}
+
+TEST(TranspositionTable, HashfullCountsPlacedEntriesPerMille) {
+    TranspositionTable tt;
+    tt.resize(1);
+    EXPECT_EQ(tt.hashfull(), 0);
+    const struct {
+        int entries, hashfull;
+    } steps[] = {{65, 0}, {66, 1}, {655, 9}, {656, 10}, {6554, 100}};
+    int placed = 0;
+    for (const auto& s : steps) {
+        for (; placed < s.entries; placed++) tt.store(keyIn(placed, 0, 1), 0, 1, BOUND_LOWER, 0, 0);
+        EXPECT_EQ(tt.hashfull(), s.hashfull) << s.entries << " of " << ENTRIES_PER_MB;
+    }
+    // Replacements and stores under a known key are not counted again.
+    for (int n = 1; n <= 8; n++) tt.store(keyIn(0, 0, n), 0, 1, BOUND_LOWER, 0, 0);
+    EXPECT_EQ(tt.filled(), 6554u + 3);
+    tt.clear();
+    EXPECT_EQ(tt.filled(), 0u);
+    EXPECT_EQ(tt.hashfull(), 0);
+    EXPECT_FALSE(holds(tt, keyIn(1, 0, 1)));
+}
+
+// The request is clamped to 1..8192 and rounded down to a power of two. (The big tables cost
+// nothing until their pages are touched.)
+TEST(TranspositionTable, ResizeClampsAndRoundsDown) {
+    const struct {
+        int64_t requested;
+        int inEffect;
+    } cases[] = {
+        {-5, 1},      {0, 1},       {1, 1},        {2, 2},        {3, 2},
+        {4, 4},       {7, 4},       {63, 32},      {64, 64},      {100, 64},
+        {8191, 4096}, {8192, 8192}, {10000, 8192}, {99999, 8192}, {int64_t(1) << 40, 8192}};
+    for (const auto& c : cases) {
+        TranspositionTable tt;
+        EXPECT_EQ(tt.resize(c.requested), c.inEffect) << c.requested;
+        EXPECT_EQ(tt.sizeMb(), c.inEffect) << c.requested;
+    }
+}
+
+TEST(TranspositionTable, ResizeKeepsContentsOnlyWhenTheSizeStays) {
+    TranspositionTable tt;
+    tt.resize(2);
+    tt.store(1234, 0, 7, BOUND_EXACT, 55, E2E4);
+    EXPECT_EQ(tt.resize(2), 2);
+    EXPECT_TRUE(holds(tt, 1234));
+    EXPECT_EQ(tt.resize(3), 2);  // rounds to the same size
+    EXPECT_TRUE(holds(tt, 1234));
+    EXPECT_EQ(tt.filled(), 1u);
+    EXPECT_EQ(tt.resize(1), 1);
+    EXPECT_FALSE(holds(tt, 1234));
+    EXPECT_EQ(tt.filled(), 0u);
+    // The new table works like a new one: 1 MB has 16384 clusters.
+    tt.store(keyIn(CLUSTERS_PER_MB - 1, 0, 1), 0, 1, BOUND_LOWER, 0, 0);
+    EXPECT_TRUE(holds(tt, keyIn(CLUSTERS_PER_MB - 1, 0, 1)));
+    EXPECT_FALSE(holds(tt, keyIn(CLUSTERS_PER_MB - 1, 0, 2)));
+}
+
+// A book move is an exact entry of depth 99 and score 0. It overwrites an entry of its own key,
+// takes a free entry otherwise, and is dropped when the cluster is full.
+TEST(TranspositionTable, BookMovesTakeOwnOrFreeEntriesOnly) {
+    const uint64_t key = keyIn(300, 1, 1);
+    {
+        TranspositionTable tt;
+        tt.resize(1);
+        tt.store(key, 0, 5, BOUND_LOWER, 80, G8F6);
+        tt.storeBookMove(key, E2E4);
+        ProbeResult r = tt.probe(key, 0);
+        EXPECT_EQ(r.bound, BOUND_EXACT);
+        EXPECT_EQ(r.depth, 99);
+        EXPECT_EQ(r.score, 0);
+        EXPECT_EQ(r.move, E2E4);
+        EXPECT_EQ(tt.filled(), 1u) << "same key: no new entry";
+    }
+    {
+        TranspositionTable tt;
+        tt.resize(1);
+        for (int n = 2; n <= 4; n++) tt.store(keyIn(300, 1, n), 0, 5, BOUND_LOWER, 0, 0);
+        tt.storeBookMove(key, E2E4);
+        EXPECT_EQ(tt.filled(), 4u) << "a free entry is counted";
+        EXPECT_EQ(tt.probe(key, 0).move, E2E4);
+        // A book entry is worth more than any ordinary one when the cluster overflows.
+        tt.store(keyIn(300, 1, 9), 0, 60, BOUND_EXACT, 0, 0);
+        EXPECT_TRUE(holds(tt, key));
+    }
+    {
+        TranspositionTable tt;
+        tt.resize(1);
+        for (int n = 2; n <= 5; n++) tt.store(keyIn(300, 1, n), 0, 0, BOUND_UPPER, 0, 0);
+        tt.storeBookMove(key, E2E4);
+        EXPECT_FALSE(holds(tt, key)) << "a full cluster drops the book move";
+        EXPECT_EQ(tt.filled(), 4u);
+        for (int n = 2; n <= 5; n++) EXPECT_TRUE(holds(tt, keyIn(300, 1, n))) << n;
+    }
+}
