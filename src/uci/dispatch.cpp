@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/text.h"
+#include "search/timeman.h"
 #include "uci/console.h"
 #include "uci/engine.h"
 
@@ -35,7 +36,8 @@ constexpr Command COMMANDS[] = {
 }  // namespace
 
 // A failing handler never stops the loop: its exception is reported as one line.
-bool Engine::dispatch(std::string line) {
+bool Engine::dispatch(std::string line, int64_t readAt) {
+    lineReadAt = readAt ? readAt : TimeManager::now();
     std::vector<std::string> tokens = splitTokens(line, ' ');
     const std::string word = tokens[0];
     try {

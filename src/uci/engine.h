@@ -26,8 +26,9 @@ public:
     Engine();
     ~Engine();
 
-    // Handles one command line; false means "quit".
-    bool dispatch(std::string line);
+    // Handles one command line read at the given time (milliseconds of the monotonic clock; now
+    // when not given); false means "quit".
+    bool dispatch(std::string line, int64_t readAt = 0);
 
     int64_t hashMb = 128;
     int64_t threads = 1;
@@ -84,4 +85,7 @@ private:
     // A search must not run while the table or the thread pool changes.
     void stopSearch();
     int commandFileDepth = 0;
+    // When the line being handled was read: a search's clock starts then, not when the command
+    // loop got round to it.
+    int64_t lineReadAt = 0;
 };

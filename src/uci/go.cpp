@@ -10,9 +10,9 @@ namespace {
 
 // Reads the go parameters word by word; an unreadable number ends the reading with the fields
 // read so far. Unknown words, searchmoves and its moves among them, are skipped.
-SearchLimits parseGo(const std::string& line) {
+SearchLimits parseGo(const std::string& line, int64_t receivedAt) {
     SearchLimits limits;
-    limits.startTime = TimeManager::now();
+    limits.startTime = receivedAt;
     if (line == "go") limits.infinite = 1;
     std::istringstream in(line);
     const std::pair<const char*, int32_t SearchLimits::*> numbers[] = {
@@ -46,7 +46,7 @@ void Engine::stopSearch() {
 }
 
 bool Engine::go(std::string& line) {
-    SearchLimits limits = parseGo(line);
+    SearchLimits limits = parseGo(line, lineReadAt);
     stopSearch();
     mainThread->setUp(board->positionCommandString(), limits, multiPv, outputFlags);
     mainThread->start();

@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+#include "search/timeman.h"
+
 TInputThread::TInputThread() { reader = std::thread(&TInputThread::run, this); }
 
 TInputThread::~TInputThread() {
@@ -22,13 +24,15 @@ void TInputThread::run() {
         if (next == "quit") stopRequested = 1;
         if (next.empty()) continue;
         line = std::move(next);
+        lineTime = TimeManager::now();
         lineReady = 1;
     }
 }
 
-bool TInputThread::takeLine(std::string& out) {
+bool TInputThread::takeLine(std::string& out, int64_t& readAt) {
     if (!lineReady) return false;
     out = line;
+    readAt = lineTime;
     lineReady = 0;
     return true;
 }

@@ -11,8 +11,9 @@ class TInputThread {
 public:
     TInputThread();
     ~TInputThread();
-    // Takes the waiting line, if any, and frees the slot for the reader.
-    bool takeLine(std::string& out);
+    // Takes the waiting line, if any, with the time it was read (milliseconds of the monotonic
+    // clock), and frees the slot for the reader.
+    bool takeLine(std::string& out, int64_t& readAt);
 
 private:
     void run();
@@ -21,4 +22,5 @@ private:
     std::atomic<uint8_t> lineReady{0};
     std::atomic<uint8_t> stopRequested{0};
     std::string line;
+    int64_t lineTime = 0;
 };

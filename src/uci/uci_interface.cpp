@@ -20,12 +20,13 @@ UciInterface::~UciInterface() {
 
 void UciInterface::commandLoop() {
     std::string line;
+    int64_t readAt = 0;
     for (;;) {
-        if (!input->takeLine(line)) {
+        if (!input->takeLine(line, readAt)) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
             continue;
         }
-        if (!line.empty() && !engine->dispatch(line)) return;
+        if (!line.empty() && !engine->dispatch(line, readAt)) return;
     }
 }
 
