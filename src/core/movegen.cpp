@@ -243,11 +243,11 @@ Move validateMove(const Board& b, Move m) {
     const int type = typeOf(piece);
     if (ep && type != PAWN) return 0;
     if (movePromoChoice(m) && !moveIsPromotion(m)) return 0;
+    if (ep && (to != int(b.state().epSquare) || b.squares[to] != EMPTY)) return 0;
     if (captured) {
         if (colorOf(captured) != ~us || typeOf(captured) == KING) return 0;
         int victim = ep ? (rankOf(to) == 5 ? to - 8 : to + 8) : to;
         if (b.squares[victim] != captured) return 0;
-        if (ep && (to != int(b.state().epSquare) || b.squares[to] != EMPTY)) return 0;
     } else if (b.squares[to] != EMPTY || ep) {
         return 0;
     }
