@@ -5,6 +5,7 @@
 #include <set>
 
 #include "core/board.h"
+#include "core/movegen.h"
 #include "core/notation.h"
 
 std::vector<BookPosition> walkBook(const BookEntry* entries, size_t count) {
@@ -28,17 +29,15 @@ std::vector<BookPosition> walkBook(const BookEntry* entries, size_t count) {
 }
 
 std::vector<int> bookMoveLosses(QuietSearch& search, const BookPosition& position, int depth) {
-    const std::string start = "position startpos moves " + position.game;
-    std::vector<ScoredMove> best = search.search(start, depth);
+    std::vector<ScoredMove> lines =
+        search.search("position startpos moves " + position.game, depth, LOSS_LINES);
     std::vector<int> losses;
-    Board board;
     for (const BookEntry* e : position.records) {
-        const std::string after = start + " " + moveToUci(e->move);
-        std::vector<ScoredMove> reply = search.search(after, depth - 1);
-        board.setPosition(after);
-        // No reply at all: the book move mates or stalemates.
-        int score = !reply.empty() ? -reply[0].score : board.inCheck() ? MATE - 1 : 0;
-        losses.push_back(best.empty() ? 0 : best[0].score - score);
+        // A move outside the lines searched loses at least as much as the last line.
+        int score = lines.empty() ? 0 : lines.back().score;
+        for (const ScoredMove& line : lines)
+            if (line.move == (e->move & MOVE_MASK)) score = line.score;
+        losses.push_back(lines.empty() ? 0 : lines.front().score - score);
     }
     return losses;
 }

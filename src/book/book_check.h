@@ -20,7 +20,11 @@ struct BookPosition {
 // Every position of a book in the order a walk from the start position meets it.
 std::vector<BookPosition> walkBook(const BookEntry* entries, size_t count);
 
-// How much each book move of the position loses against the best move of a search at the given
-// depth: the best score minus the move's score (the negated score of a search one ply less after
-// it), in the order of the position's records.
+// Principal lines of the search that judges book moves.
+constexpr int LOSS_LINES = 6;
+
+// How much each book move of the position loses against the best move of one multi-line search
+// at the given depth: the best line's score minus the move's line score, in the order of the
+// position's records. A move outside the best LOSS_LINES lines is charged the last line's loss,
+// the least it can lose.
 std::vector<int> bookMoveLosses(QuietSearch& search, const BookPosition& position, int depth);

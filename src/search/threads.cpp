@@ -168,7 +168,7 @@ void TMainSearchThread::run() {
     resetSearchState();
     prepareRootMoves();
     if (rootMoveCount == 0) {
-        if (!testRun) consolePrint("bestmove (none) ponder (none)");
+        consolePrint("bestmove (none) ponder (none)");
         return;
     }
     resetPollCountdown();

@@ -142,7 +142,8 @@ public:
     // Sets the number of worker threads; workers beyond it are destroyed last-created first.
     void setWorkerCount(int count);
     int workerCount() const { return int(workers.size()); }
-    // Set while an EPD suite runs: the searches print nothing.
+    // Set while an EPD suite runs: the searches print no info lines and no move (a position
+    // without a legal move still answers).
     bool testRun = false;
 
 private:

@@ -143,7 +143,8 @@ int verifyBook(const Settings& s) {
     for (auto& w : workers) w.join();
     int bad = 0, checked = 0, worst = 0;
     Board board;
-    for (size_t i = 0; i < walk.size(); i++) {
+    // The start position's moves are fixed, not chosen by a search.
+    for (size_t i = 1; i < walk.size(); i++) {
         for (size_t r = 0; r < losses[i].size(); r++, checked++) {
             worst = std::max(worst, losses[i][r]);
             if (losses[i][r] <= s.tolerance) continue;
