@@ -31,7 +31,38 @@ uint64_t approximateChildKey(const Board& b, Move m) {
            z.pieceKey[moveTo(m)][moveCaptured(m)];
 }
 
+// Mate-distance pruning: no line from here can do better than mating at the next ply or worse
+// than being mated here. True with the bound to return when the window closes.
+bool mateDistanceCut(int ply, int& alpha, int& beta, int& cut) {
+    if (MATE - ply < beta) {
+        if (MATE - ply <= alpha) return cut = alpha, true;
+        beta = MATE - ply;
+    }
+    if (ply - MATE > alpha) {
+        if (ply - MATE >= beta) return cut = beta, true;
+        alpha = ply - MATE;
+    }
+    return false;
+}
+
 }  // namespace
+
+// Evasions: the hash move first, then captures by gain, quiet moves by history, losing moves last.
+void TSearchThread::keyEvasions(MoveList& list, Move hashMove) {
+    for (Move& m : list) {
+        int s = see(board, m), key;
+        if ((m & MOVE_MASK) == (hashMove & MOVE_MASK))
+            key = 511;
+        else if (s < 0)
+            key = s / 16 + 128;
+        else if (moveCaptured(m))
+            key = moveCaptured(m) - movePiece(m) + 396;
+        else
+            key = ordering->historyOf(m) / 8 + 128;
+        m = withKey(m, clampKey(key));
+    }
+    if (list.count >= 2) sortMoves(list);
+}
 
 int TSearchThread::evaluate() { return evaluator->Evaluate(); }
 
@@ -61,14 +92,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         int value = recognizedEnding(ply);
         if (value != NO_VALUE) return value;
     }
-    if (MATE - ply < beta) {
-        if (MATE - ply <= alpha) return alpha;
-        beta = MATE - ply;
-    }
-    if (ply - MATE > alpha) {
-        if (ply - MATE >= beta) return beta;
-        alpha = ply - MATE;
-    }
+    if (int cut; mateDistanceCut(ply, alpha, beta, cut)) return cut;
 
     // Extensions, in tenths of a ply; whole plies are taken here, the rest goes to the children.
     const Move lastMove = st.move;
@@ -219,15 +243,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 return 0;  // stalemate: no legal move at all
             }
         } else {
-            for (Move& m : list) {
-                int s = see(board, m), key;
-                if ((m & MOVE_MASK) == (hashMove & MOVE_MASK)) key = 511;
-                else if (s < 0) key = s / 16 + 128;
-                else if (moveCaptured(m)) key = moveCaptured(m) - movePiece(m) + 396;
-                else key = ordering->historyOf(m) / 8 + 128;
-                m = withKey(m, clampKey(key));
-            }
-            if (list.count >= 2) sortMoves(list);
+            keyEvasions(list, hashMove);
         }
 
         for (uint32_t i = 0; i < list.count; i++) {
@@ -335,14 +351,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
             int value = recognizedEnding(ply);
             if (value != NO_VALUE) return value;
         }
-        if (MATE - ply < beta) {
-            if (MATE - ply <= alpha) return alpha;
-            beta = MATE - ply;
-        }
-        if (ply - MATE > alpha) {
-            if (ply - MATE >= beta) return beta;
-            alpha = ply - MATE;
-        }
+        if (int cut; mateDistanceCut(ply, alpha, beta, cut)) return cut;
     }
 
     ProbeResult entry = tt.probe(st.key, ply);
@@ -390,15 +399,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
         } else {
             generateEvasions(board, list);
             if (list.count == 0) return ply - MATE;
-            for (Move& m : list) {
-                int s = see(board, m), key;
-                if ((m & MOVE_MASK) == (hashMove & MOVE_MASK)) key = 511;
-                else if (s < 0) key = s / 16 + 128;
-                else if (moveCaptured(m)) key = moveCaptured(m) - movePiece(m) + 396;
-                else key = ordering->historyOf(m) / 8 + 128;
-                m = withKey(m, clampKey(key));
-            }
-            if (list.count >= 2) sortMoves(list);
+            keyEvasions(list, hashMove);
             bestMove = list.moves[0] & MOVE_MASK;
         }
 

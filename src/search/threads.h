@@ -94,6 +94,7 @@ protected:
     int evaluate();
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
     int recognizedEnding(int ply);
+    void keyEvasions(MoveList& list, Move hashMove);
     void countNode() { nodes.store(nodes.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed); }
     void pollTime();
     void resetPollCountdown();
