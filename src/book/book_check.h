@@ -21,7 +21,7 @@ struct BookPosition {
 std::vector<BookPosition> walkBook(const BookEntry* entries, size_t count);
 
 // Principal lines of the search that judges book moves.
-constexpr int LOSS_LINES = 6;
+constexpr int LOSS_LINES = 3;
 
 // How much each book move of the position loses against the best move of one multi-line search
 // at the given depth: the best line's score minus the move's line score, in the order of the

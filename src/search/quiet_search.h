@@ -1,5 +1,6 @@
 // A search that prints nothing, for tools and tests: one search thread with a table of its own,
-// cleared before every search, returning the scored root moves.
+// the table, caches and move-ordering statistics cleared before every search, returning the
+// scored root moves.
 #pragma once
 
 #include <string>
