@@ -5,12 +5,18 @@
 #
 # Usage: src/tools/gauntlet/gauntlet.sh [GAMES_PER_OPPONENT] [TIME_CONTROL] [REPORT_DIR]
 # Defaults: 400 games, 10+0.1, reports/strength. Installs the opponents it needs (as root).
+#
+# The games are played in rounds of ROUND games (default 40) against each opponent in turn and
+# kept in one PGN file per opponent. A rerun counts the games already there and goes on from the
+# next opening, so an interrupted gauntlet loses at most the games that were being played, and
+# every opponent has about as many games as the others at any moment.
 set -euo pipefail
 cd "$(dirname "$0")/../../.."
 games="${1:-400}"
 tc="${2:-10+0.1}"
 out="${3:-reports/strength}"
-levels=(1800 2100 2400)
+round="${ROUND:-40}"
+levels=(2250 2550 2850)
 
 need=()
 for pkg in glaurung toga2 ethereal-chess stockfish gnuplot-nox; do
@@ -22,23 +28,44 @@ fi
 make build >/dev/null
 mkdir -p "$out"
 
-opponents=(
-    "--engine name=Glaurung cmd=/usr/games/glaurung option.Threads=1"
-    "--engine name=Toga2 cmd=/usr/games/toga2"
-    "--engine name=Ethereal cmd=/usr/games/ethereal-chess option.Threads=1"
+names=(Glaurung Toga2 Ethereal)
+commands=(
+    "cmd=/usr/games/glaurung option.Threads=1"
+    "cmd=/usr/games/toga2"
+    "cmd=/usr/games/ethereal-chess option.Threads=1"
 )
 for elo in "${levels[@]}"; do
-    opponents+=("--engine name=Stockfish-$elo cmd=/usr/games/stockfish option.Threads=1 option.UCI_LimitStrength=true option.UCI_Elo=$elo")
+    names+=("Stockfish-$elo")
+    commands+=("cmd=/usr/games/stockfish option.Threads=1 option.UCI_LimitStrength=true option.UCI_Elo=$elo")
 done
 
-# One gauntlet: every opponent plays Morvane the same number of games from the same openings.
-# shellcheck disable=SC2068
-build/release/src/tools/match/morvane-match --gauntlet \
-    --engine name=Morvane cmd="$PWD/build/release/morvane" \
-    ${opponents[@]} \
-    --tc "$tc" --games "$games" --openings ../shared/data/openings.epd --concurrency 2 \
-    --resign movecount=4 score=800 --pgn "$out/games.pgn" | tee "$out/match.log"
+played() { grep -c '^\[Result ' "$1" 2>/dev/null || true; }
+# The report is rewritten after every round, so it always shows every game played so far.
+report() {
+    src/tools/gauntlet/report.py "$out" "$tc" "${levels[@]}" > "$out/README.md"
+    gnuplot "$out/plot.gp"
+}
 
-src/tools/gauntlet/report.py "$out/match.log" "$tc" "$games" "${levels[@]}" > "$out/README.md"
-gnuplot "$out/plot.gp"
+while :; do
+    progress=0
+    for i in "${!names[@]}"; do
+        pgn="$out/${names[i]}.pgn"
+        done=$(played "$pgn")
+        ((done < games)) || continue
+        count=$((games - done < round ? games - done : round))
+        # shellcheck disable=SC2086
+        build/release/src/tools/match/morvane-match \
+            --engine name=Morvane cmd="$PWD/build/release/morvane" \
+            --engine name="${names[i]}" ${commands[i]} \
+            --tc "$tc" --games "$count" --openings ../shared/data/openings.epd \
+            --start $((done / 2)) --concurrency 2 \
+            --resign movecount=3 score=600 --draw movenumber=40 movecount=8 score=10 \
+            --event "Morvane gauntlet" --pgn "$pgn" >> "$out/match.log"
+        report
+        progress=1
+    done
+    ((progress)) || break
+done
+
+report
 echo "report: $out/README.md, plot: $out/rating.png"

@@ -1,50 +1,74 @@
 #!/usr/bin/env python3
-"""Turns the result lines of a morvane-match gauntlet into the strength report (Markdown on
-standard output) and a gnuplot script beside the log that draws Morvane's estimated rating.
+"""Turns the PGN files of a gauntlet (one per opponent, in the report folder) into the strength
+report (Markdown on standard output) and a gnuplot script beside them that draws Morvane's
+estimated rating.
 
+The Elo difference and its 95% error bar are computed as morvane-match computes them: the
+logistic Elo of the mean score, with the bar taken from the spread of the game results.
 Morvane's rating is estimated from the rated opponents (Stockfish at fixed UCI_Elo levels): each
 gives the opponent's rating plus the measured Elo difference, and the estimates are combined
 weighted by the inverse square of their error bars."""
+import glob
 import math
 import os
 import re
 import sys
 
-RESULT = re.compile(r"^\s*Morvane vs (\S+): (\d+) games, \+(\d+) -(\d+) =(\d+), score ([\d.]+)%, "
-                    r"Elo (\S+) \+/- (\S+)")
+TAG = re.compile(r'^\[(\w+) "(.*)"\]$')
+FAULTS = ("illegal move", "abandoned", "stalled connection", "time forfeit")
+Z95 = 1.959963984540054
 
 
-def main():
-    log, tc, games, levels = sys.argv[1], sys.argv[2], sys.argv[3], sys.argv[4:]
-    rows = {}
-    for line in open(log):
-        m = RESULT.match(line)
+def games_of(path):
+    """The tags of each game of a PGN file."""
+    games, tags = [], {}
+    for line in open(path):
+        m = TAG.match(line.strip())
         if m:
-            rows[m.group(1)] = m.groups()  # the last summary line of each pairing wins
-    estimates = []
-    print("# Morvane's strength\n")
-    print(f"Gauntlet at {tc} per side, {games} games per opponent (each opening twice, colours")
-    print("reversed), one thread each, two games at a time on a 2-core machine.\n")
-    print("| Opponent | Games | +W | -L | =D | Score | Elo difference (95%) |")
-    print("|---|---|---|---|---|---|---|")
-    for name, g in rows.items():
-        _, n, w, l, d, score, elo, err = g
-        print(f"| {name} | {n} | {w} | {l} | {d} | {score}% | {elo} ± {err} |")
-        level = re.match(r"Stockfish-(\d+)", name)
-        try:
-            diff, sigma = float(elo), float(err) / 1.96
-        except ValueError:
+            tags[m.group(1)] = m.group(2)
+        elif tags and "Result" in tags:
+            games.append(tags)
+            tags = {}
+    return games
+
+
+def elo(score):
+    if score <= 0:
+        return -math.inf
+    if score >= 1:
+        return math.inf
+    return -400 * math.log10(1 / score - 1)
+
+
+def tally(games):
+    """Morvane's wins, losses and draws, and the faults of each side."""
+    wins = losses = draws = 0
+    faults = {"Morvane": 0, "opponent": 0}
+    for g in games:
+        points = {"1-0": 1.0, "0-1": 0.0, "1/2-1/2": 0.5}.get(g["Result"])
+        if points is None:
             continue
-        if level and math.isfinite(diff) and sigma > 0:
-            estimates.append((int(level.group(1)) + diff, sigma))
-    if estimates:
-        weight = sum(1 / s**2 for _, s in estimates)
-        rating = sum(r / s**2 for r, s in estimates) / weight
-        error = 1.96 / math.sqrt(weight)
-        print(f"\nEstimated rating on the scale of Stockfish's UCI_Elo: **{rating:.0f} ± {error:.0f}**.")
-    else:
-        rating, error = None, None
-    folder = os.path.dirname(log)
+        if g["Black"] == "Morvane":
+            points = 1 - points
+        wins += points == 1
+        losses += points == 0
+        draws += points == 0.5
+        if g.get("Termination") in FAULTS:
+            faults["Morvane" if points == 0 else "opponent"] += 1
+    return wins, losses, draws, faults
+
+
+def estimate(wins, losses, draws):
+    n = wins + losses + draws
+    s = (wins + draws / 2) / n
+    variance = (wins * (1 - s) ** 2 + draws * (0.5 - s) ** 2 + losses * s**2) / n
+    deviation = math.sqrt(variance / n)
+    low, high = s - Z95 * deviation, s + Z95 * deviation
+    margin = (elo(high) - elo(low)) / 2 if 0 < low and high < 1 else math.inf
+    return s, elo(s), margin
+
+
+def write_plot(folder, levels, rating, error):
     with open(os.path.join(folder, "plot.gp"), "w") as gp:
         gp.write(f'set terminal png size 900,500\nset output "{folder}/rating.png"\n')
         gp.write('set title "Morvane among its opponents (UCI_Elo scale)"\nset ylabel "Elo"\n')
@@ -57,7 +81,43 @@ def main():
         for i, (name, value, err) in enumerate(points):
             gp.write(f'{i} "{name}" {value:.0f} {err:.0f}\n')
         gp.write("EOD\n")
+        gp.write("set yrange [0:*]\n")
         gp.write('plot $data using 1:3:xtic(2) with boxes notitle, "" using 1:3:4 with yerrorbars lw 2 notitle\n')
+
+
+def main():
+    folder, tc, levels = sys.argv[1], sys.argv[2], sys.argv[3:]
+    estimates, rows, total = [], [], 0
+    for path in sorted(glob.glob(os.path.join(folder, "*.pgn"))):
+        name = os.path.splitext(os.path.basename(path))[0]
+        wins, losses, draws, faults = tally(games_of(path))
+        n = wins + losses + draws
+        if not n:
+            continue
+        total += n
+        s, diff, margin = estimate(wins, losses, draws)
+        rows.append(f"| {name} | {n} | {wins} | {losses} | {draws} | {100 * s:.1f}% | "
+                    f"{diff:+.0f} ± {margin:.0f} | {faults['Morvane']} | {faults['opponent']} |")
+        level = re.match(r"Stockfish-(\d+)$", name)
+        if level and math.isfinite(diff) and math.isfinite(margin) and margin > 0:
+            estimates.append((int(level.group(1)) + diff, margin / Z95))
+    print("# Morvane's strength\n")
+    print(f"A gauntlet at {tc} per side: {total} games in all, each opening of")
+    print("`../shared/data/openings.epd` played twice with colours reversed, one thread per engine,")
+    print("two games at a time on a 2-core machine (`src/tools/gauntlet/gauntlet.sh`). Games are")
+    print("adjudicated as lost after three moves at 6 pawns or worse by both engines' scores, as")
+    print("drawn from move 40 after eight moves within 0.1 pawn of zero.\n")
+    print("| Opponent | Games | +W | -L | =D | Score | Elo difference (95%) | Faults of Morvane | Faults of the opponent |")
+    print("|---|---|---|---|---|---|---|---|---|")
+    print("\n".join(rows))
+    print("\nFaults are illegal moves, crashes, stalls and time forfeits, each scored as a loss.")
+    rating = error = None
+    if estimates:
+        weight = sum(1 / s**2 for _, s in estimates)
+        rating = sum(r / s**2 for r, s in estimates) / weight
+        error = Z95 / math.sqrt(weight)
+        print(f"\nEstimated rating on the scale of Stockfish's UCI_Elo: **{rating:.0f} ± {error:.0f}**.")
+    write_plot(folder, levels, rating, error)
     print("\n![rating](rating.png)")
 
 
