@@ -52,30 +52,6 @@ TEST(Attacks, MagicLookupsMatchRayWalkForEveryMaskSubset) {
     }
 }
 
-TEST(Attacks, EmptyBoardCounts) {
-    auto board = coretest::newBoard();
-    const AttackTables& at = board->attacks;
-    struct Case {
-        const char* what;
-        Bitboard attacks;
-        int count;
-    } cases[] = {
-        {"rook a1", at.rookAttacks(square("a1"), 0), 14},
-        {"bishop a1", at.bishopAttacks(square("a1"), 0), 7},
-        {"queen d4", at.queenAttacks(square("d4"), 0), 27},
-        {"queen e5", at.queenAttacks(square("e5"), 0), 27},
-        {"knight a1", at.knightAttacks[square("a1")], 2},
-        {"knight e4", at.knightAttacks[square("e4")], 8},
-        {"king h8", at.kingAttacks[square("h8")], 3},
-        {"king e4", at.kingAttacks[square("e4")], 8},
-        {"pawn a2", at.pawnAttacks[White][square("a2")], 1},
-        {"pawn h7", at.pawnAttacks[Black][square("h7")], 1},
-        {"pawn e8", at.pawnAttacks[White][square("e8")], 0},
-        {"queen lines a1", at.queenLines[square("a1")], 21},
-    };
-    for (const Case& c : cases) EXPECT_EQ(popcount(c.attacks), c.count) << c.what;
-}
-
 TEST(Attacks, AttackedSquares) {
     struct Case {
         const char* fen;

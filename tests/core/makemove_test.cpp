@@ -130,22 +130,6 @@ TEST(MakeMove, RightsEnPassantAndCounters) {
         SCOPED_TRACE(c.after);
         coretest::expectSameFields(PositionFields(*board), PositionFields(*scratch));
     }
-    EXPECT_EQ(CASTLE_WK, 6214u);
-    EXPECT_EQ(CASTLE_WQ, 2118u);
-    EXPECT_EQ(CASTLE_BK, 64460u);
-    EXPECT_EQ(CASTLE_BQ, 60364u);
-}
-
-// Taking the rook on h8 changes the key by the piece keys, one castling key and the side key.
-TEST(MakeMove, CaptureOnH8ChangesTheKeyByOneCastlingKey) {
-    auto board = coretest::newBoard();
-    ASSERT_EQ(board->setFen("r3k2r/8/8/8/8/8/1B6/R3K2R w KQkq - 0 1"), 0);
-    const ZobristKeys& z = board->zobrist;
-    const uint64_t before = board->key();
-    board->makeMove(makeMove(W_BISHOP, 9, 63, B_ROOK));
-    EXPECT_EQ(board->state().castling, WHITE_OO | WHITE_OOO | BLACK_OOO);
-    EXPECT_EQ(board->key() ^ before, z.pieceKey[9][W_BISHOP] ^ z.pieceKey[63][W_BISHOP] ^
-                                         z.pieceKey[63][B_ROOK] ^ z.castleKey[2] ^ z.sideKey);
 }
 
 TEST(MakeMove, NullMove) {

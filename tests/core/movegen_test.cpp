@@ -11,7 +11,6 @@
 namespace {
 
 bool onBoard(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
-int square(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
 // Squares that the piece on sq attacks.
 std::vector<int> slowAttacks(const Board& b, int sq) {
@@ -116,12 +115,28 @@ std::vector<Move> sorted(std::vector<Move> moves) {
 const std::vector<std::string>& positions() {
     static const std::vector<std::string> fens = [] {
         std::vector<std::string> fens = {
-            "8/8/8/K2pP2r/8/8/8/4k3 w - d6 0 1",  "4K3/8/8/8/R2pP2k/8/8/8 b - e3 0 1",
-            "4k3/8/5b2/3pP3/8/8/8/K7 w - d6 0 1", "4k1b1/8/8/3pP3/8/8/K7/8 w - d6 0 1",
+            // Castling: an attacked transit or landing square stops it, an attacked rook or b1
+            // does not; b1 must be empty; never out of check or without the rook.
+            "r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "4k3/8/8/8/8/8/6b1/4K2R w K - 0 1",
+            "4k3/8/8/8/4b3/8/8/4K2R w K - 0 1", "1r2k3/8/8/8/8/8/8/R3K3 w Q - 0 1",
+            "2r1k3/8/8/8/8/8/8/R3K3 w Q - 0 1", "4k3/8/8/8/8/8/8/RN2K3 w Q - 0 1",
+            "4k3/8/8/8/8/8/8/r3K2R w KQ - 0 1", "4k3/8/8/8/8/8/8/4K2n w KQkq - 0 1",
+            "r3k3/8/8/8/8/8/8/R3K2r w Q - 0 1", "4k3/8/8/8/8/8/1p6/R3K3 b Q - 0 1",
+            // Pinned pieces keep to the pin line; a check is met by capture or block.
+            "4k3/4r3/8/8/8/8/4N3/4K3 w - - 0 1", "4k3/8/8/7b/8/8/4B3/3K4 w - - 0 1",
+            "4k3/4r3/8/8/8/8/4P3/4K3 w - - 0 1", "4k3/8/8/8/8/6b1/5P2/4K3 w - - 0 1",
+            "4k3/8/8/8/8/8/r2Q3K/8 w - - 0 1",  "4k3/8/8/8/1b6/8/3Q4/4K3 w - - 0 1",
+            "4k3/8/8/8/8/5n2/8/4K2r w - - 0 1", "K3r2k/1P6/8/8/8/8/8/8 w - - 0 1",
+            "K1n4k/1P6/8/8/8/8/8/7q w - - 0 1",
+            // En passant that would uncover the king: along the rank (both pawns leave it), off
+            // a diagonal pin, or through the square of the pawn taken; and one that is fine.
+            "8/8/8/K2pP2r/8/8/8/4k3 w - d6 0 1", "8/8/8/K2pP3/8/8/8/4k3 w - d6 0 1",
+            "4K3/8/8/8/R2pP2k/8/8/8 b - e3 0 1", "4k3/8/5b2/3pP3/8/8/8/K7 w - d6 0 1",
+            "1b2k3/8/8/3pP3/8/8/7K/8 w - d6 0 1", "4k1b1/8/8/3pP3/8/8/K7/8 w - d6 0 1",
             "4k3/8/8/3pP3/4K3/8/8/8 w - d6 0 1",  "4k3/8/8/3pP3/8/8/8/r3K3 w - d6 0 1",
-            "4k3/8/8/8/1b6/8/3Q4/4K3 w - - 0 1",  "4k3/8/8/8/8/5n2/8/4K2r w - - 0 1",
-            "r3k3/8/8/8/8/8/8/R3K2r w Q - 0 1",   "K3r2k/1P6/8/8/8/8/8/8 w - - 0 1",
-            "K1n4k/1P6/8/8/8/8/8/7q w - - 0 1",   "4k3/8/8/8/8/8/1p6/R3K3 b Q - 0 1",
+            // Two pawns taking the same square, once the checker.
+            "4k3/8/8/8/8/1n6/P1P5/4K3 w - - 0 1", "4k3/5p1p/6N1/8/8/8/8/4K3 b - - 0 1",
+            "4k3/8/8/8/8/3n4/2P1P3/4K3 w - - 0 1",
         };
         for (const std::string& fen : coretest::perftFens()) fens.push_back(fen + " 0 1");
         std::mt19937_64 rng(99);
@@ -183,72 +198,6 @@ TEST(MoveGen, QuietOrderFromTheStart) {
     EXPECT_EQ(order,
               "a2a3 b2b3 c2c3 d2d3 e2e3 f2f3 g2g3 h2h3 a2a4 b2b4 c2c4 d2d4 e2e4 f2f4 g2g4 h2h4 "
               "b1a3 b1c3 g1f3 g1h3 ");
-}
-
-// The legal moves of the piece on one square: castling, pins and en passant.
-TEST(MoveGen, MovesOfOnePiece) {
-    struct Case {
-        const char* fen;
-        const char* from;
-        const char* moves;  // sorted
-    } cases[] = {
-        {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8", "e8c8 e8d7 e8d8 e8e7 e8f7 e8f8 e8g8"},
-        // A bishop on f1's diagonal stops short castling; one that sees only h1 does not.
-        {"4k3/8/8/8/8/8/6b1/4K2R w K - 0 1", "e1", "e1d1 e1d2 e1e2 e1f2"},
-        {"4k3/8/8/8/4b3/8/8/4K2R w K - 0 1", "e1", "e1d1 e1d2 e1e2 e1f1 e1f2 e1g1"},
-        // On the long side b1 may be attacked, c1 and d1 may not; b1 must be empty.
-        {"1r2k3/8/8/8/8/8/8/R3K3 w Q - 0 1", "e1", "e1c1 e1d1 e1d2 e1e2 e1f1 e1f2"},
-        {"2r1k3/8/8/8/8/8/8/R3K3 w Q - 0 1", "e1", "e1d1 e1d2 e1e2 e1f1 e1f2"},
-        {"4k3/8/8/8/8/8/8/RN2K3 w Q - 0 1", "e1", "e1d1 e1d2 e1e2 e1f1 e1f2"},
-        // No castling out of check or without the rook, whatever the rights say.
-        {"4k3/8/8/8/8/8/8/r3K2R w KQ - 0 1", "e1", "e1d2 e1e2 e1f2"},
-        {"4k3/8/8/8/8/8/8/4K2n w KQkq - 0 1", "e1", "e1d1 e1d2 e1e2 e1f1"},
-        // Pinned pieces keep to the pin line.
-        {"4k3/4r3/8/8/8/8/4N3/4K3 w - - 0 1", "e2", ""},
-        {"4k3/8/8/7b/8/8/4B3/3K4 w - - 0 1", "e2", "e2f3 e2g4 e2h5"},
-        {"4k3/4r3/8/8/8/8/4P3/4K3 w - - 0 1", "e2", "e2e3 e2e4"},
-        {"4k3/8/8/8/8/6b1/5P2/4K3 w - - 0 1", "f2", "f2g3"},
-        {"4k3/8/8/8/8/8/r2Q3K/8 w - - 0 1", "d2", "d2a2 d2b2 d2c2 d2e2 d2f2 d2g2"},
-        // En passant that would uncover the king: along the rank (both pawns leave it), off a
-        // diagonal pin, or through the square of the pawn taken.
-        {"8/8/8/K2pP2r/8/8/8/4k3 w - d6 0 1", "e5", "e5e6"},
-        {"8/8/8/K2pP3/8/8/8/4k3 w - d6 0 1", "e5", "e5d6 e5e6"},
-        {"4K3/8/8/8/R2pP2k/8/8/8 b - e3 0 1", "d4", "d4d3"},
-        {"4k3/8/5b2/3pP3/8/8/8/K7 w - d6 0 1", "e5", "e5f6"},
-        {"1b2k3/8/8/3pP3/8/8/7K/8 w - d6 0 1", "e5", "e5d6"},
-        {"4k1b1/8/8/3pP3/8/8/K7/8 w - d6 0 1", "e5", "e5e6"},
-    };
-    auto board = coretest::newBoard();
-    for (const Case& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        std::vector<std::string> moves;
-        for (Move m : coretest::legalMoves(*board))
-            if (moveFrom(m) == square(c.from)) moves.push_back(moveToUci(m));
-        std::sort(moves.begin(), moves.end());
-        std::string text;
-        for (const std::string& m : moves) text += (text.empty() ? "" : " ") + m;
-        EXPECT_EQ(text, c.moves) << c.fen;
-    }
-}
-
-TEST(MoveGen, TwoPawnsTakingTheSameSquare) {
-    struct Case {
-        const char* fen;
-        std::set<std::string> captures;
-    } cases[] = {
-        {"4k3/8/8/8/8/1n6/P1P5/4K3 w - - 0 1", {"a2b3", "c2b3"}},
-        {"4k3/5p1p/6N1/8/8/8/8/4K3 b - - 0 1", {"f7g6", "h7g6"}},
-        {"4k3/8/8/8/8/3n4/2P1P3/4K3 w - - 0 1", {"c2d3", "e2d3"}},  // taking the checker
-    };
-    auto board = coretest::newBoard();
-    for (const Case& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        std::multiset<std::string> captures;
-        for (Move m : coretest::legalMoves(*board))
-            if (moveIsPawn(m) && moveCaptured(m)) captures.insert(moveToUci(m));
-        EXPECT_EQ(captures, std::multiset<std::string>(c.captures.begin(), c.captures.end()))
-            << c.fen;
-    }
 }
 
 // isLegal against making the move, for every pseudo-legal move that is not a king move.

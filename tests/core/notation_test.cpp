@@ -28,7 +28,6 @@ TEST(Notation, ParseMove) {
         bool legal;
     } cases[] = {
         {START, "e2e4", move(W_PAWN, "e2", "e4"), true},
-        {START, "e2e4\r", move(W_PAWN, "e2", "e4"), true},
         {START, "e2e4  \r\n", move(W_PAWN, "e2", "e4"), true},
         // Any pawn move other than a push onto an empty square reads as en passant.
         {START, "e2e5", move(W_PAWN, "e2", "e5", B_PAWN) | EP_FLAG, false},

@@ -1,5 +1,5 @@
-// The constants the search derives from its tunable parameters: futility margins, the two
-// late-move-reduction tables (tenths of a ply) and the history bound.
+// The constants the search derives from its tunable parameters: futility margins and the two
+// late-move-reduction tables (tenths of a ply).
 #include "search/search_params.h"
 
 #include <gtest/gtest.h>
@@ -38,5 +38,3 @@ TEST(SearchParams, ReductionTables) {
         }
     }
 }
-
-TEST(SearchParams, HistoryBound) { EXPECT_EQ(SEARCH_PARAMS.historyBound, 2048); }

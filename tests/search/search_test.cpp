@@ -96,20 +96,14 @@ TEST(Search, FindsForcedMatesAtTheirExactDistance) {
         {"back rank", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 3, "mate 1", "a1a8"},
         {"back rank, black mates", "r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1", 3, "mate 1", "a8a1"},
         {"smothered", "6rk/6pp/8/6N1/8/8/8/7K w - - 0 1", 3, "mate 1", "g5f7"},
-        {"scholar's mate", "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/5Q2/PPPP1PPP/RNB1K1NR w KQkq - 2 3", 3,
-         "mate 1", "f3f7"},
         {"rook sacrifice on the back rank", "3r2k1/5ppp/8/8/8/8/4RPPP/4R1K1 w - - 0 1", 5, "mate 2",
          "e2e8"},
         {"queen sacrifice, smothered", "r6k/6pp/7N/8/8/1Q6/8/6K1 w - - 0 1", 5, "mate 2", "b3g8"},
         {"queen and rook on the back rank", "3r3k/6pp/8/6N1/2Q5/8/6PP/5RK1 w - - 0 1", 7, "mate 3",
          ""},
         {"Anastasia's mate", "r4rk1/5ppp/8/3NR3/8/7Q/1q3PPP/6K1 w - - 0 1", 10, "mate 3", "d5e7"},
-        {"Anastasia's mate, black mates", "6k1/1Q3ppp/7q/8/3nr3/8/5PPP/R4RK1 b - - 0 1", 10,
-         "mate 3", "d4e2"},
         {"smothered mate to come", "3r3k/1b4pp/4Q3/6N1/8/8/6PP/5RK1 w - - 0 1", 7, "mate 3", ""},
         {"discovered check, then the back rank", "q2r2k1/1b4pp/8/6N1/8/8/4Q1PP/5RK1 w - - 0 1", 9,
-         "mate 4", ""},
-        {"discovered check, black mates", "5rk1/4q1pp/8/8/6n1/8/1B4PP/Q2R2K1 b - - 0 1", 9,
          "mate 4", ""},
         {"queen against a lone king", "8/8/8/8/8/1k6/8/K6Q w - - 0 1", 3, "mate 5", ""},
         {"mated next move", "k7/8/1K6/p7/P7/8/8/7R b - - 0 1", 3, "mate -1", "a8b8"},
@@ -142,9 +136,7 @@ TEST(Search, NoLegalMoveAtTheRoot) {
         const char* fen;
     } cases[] = {
         {"checkmated", "6k1/R4ppp/8/8/8/8/5PPP/1r4K1 w - - 0 1"},
-        {"checkmated by a rook alone", "R6k/8/7K/8/8/8/8/8 b - - 0 1"},
         {"stalemated", "5k2/5P2/5K2/8/8/8/8/8 b - - 0 1"},
-        {"stalemated by a queen", "k7/8/1Q6/8/8/8/8/7K b - - 0 1"},
     };
     for (const auto& c : cases) {
         Outcome out = search(fenPosition(c.fen), 4);
