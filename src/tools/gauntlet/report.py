@@ -12,6 +12,7 @@ import glob
 import math
 import os
 import re
+import subprocess
 import sys
 
 TAG = re.compile(r'^\[(\w+) "(.*)"\]$')
@@ -101,8 +102,10 @@ def main():
         level = re.match(r"Stockfish-(\d+)$", name)
         if level and math.isfinite(diff) and math.isfinite(margin) and margin > 0:
             estimates.append((int(level.group(1)) + diff, margin / Z95))
+    commit = subprocess.run(["git", "rev-parse", "--short", "HEAD"], capture_output=True,
+                            text=True).stdout.strip() or "unknown"
     print("# Morvane's strength\n")
-    print(f"A gauntlet at {tc} per side: {total} games in all, each opening of")
+    print(f"Morvane at commit {commit}, in a gauntlet at {tc} per side: {total} games in all, each opening of")
     print("`../shared/data/openings.epd` played twice with colours reversed, one thread per engine,")
     print("two games at a time on a 2-core machine (`src/tools/gauntlet/gauntlet.sh`). Games are")
     print("adjudicated as lost after three moves at 6 pawns or worse by both engines' scores, as")
