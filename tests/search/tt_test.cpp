@@ -111,78 +111,32 @@ TEST(TranspositionTable, EntriesAreVisitedInXorOrder) {
 // stored again under its own key) since it was placed, + 32 when exact; ties go to the entry
 // physically first in the cluster.
 TEST(TranspositionTable, FullClusterReplacesTheLeastValuableEntry) {
-    enum Use { PLACED, PROBED, STORED_AGAIN };
+    // How each entry was used after it was placed: not at all, hit by a probe, stored again.
+    enum Use { NEW, HIT, AGAIN };
     struct Entry {
         int depth;
         Bound bound;
         Use use;
     };
+    constexpr Bound L = BOUND_LOWER, U = BOUND_UPPER, X = BOUND_EXACT;
+    // clang-format off
     const struct {
         const char* what;
         Entry entries[4];
         int victim;
     } cases[] = {
-        {"shallowest",
-         {{8, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED},
-          {9, BOUND_UPPER, PLACED},
-          {4, BOUND_LOWER, PLACED}},
-         1},
-        {"all equal: the first",
-         {{3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED}},
-         0},
-        {"a probed entry is kept",
-         {{3, BOUND_LOWER, PROBED},
-          {3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED}},
-         1},
-        {"an entry stored again is kept",
-         {{3, BOUND_LOWER, STORED_AGAIN},
-          {3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED},
-          {3, BOUND_LOWER, PLACED}},
-         1},
-        {"touched is worth 16 plies: tie, the first",
-         {{16, BOUND_LOWER, PLACED},
-          {0, BOUND_LOWER, PROBED},
-          {20, BOUND_LOWER, PLACED},
-          {20, BOUND_LOWER, PLACED}},
-         0},
-        {"touched is worth 16 plies: one deeper loses",
-         {{17, BOUND_LOWER, PLACED},
-          {0, BOUND_LOWER, PROBED},
-          {20, BOUND_LOWER, PLACED},
-          {20, BOUND_LOWER, PLACED}},
-         1},
-        {"exact is worth 32 plies: tie, the first",
-         {{32, BOUND_UPPER, PLACED},
-          {0, BOUND_EXACT, PLACED},
-          {40, BOUND_LOWER, PLACED},
-          {40, BOUND_LOWER, PLACED}},
-         0},
-        {"exact is worth 32 plies: one deeper loses",
-         {{33, BOUND_UPPER, PLACED},
-          {0, BOUND_EXACT, PLACED},
-          {40, BOUND_LOWER, PLACED},
-          {40, BOUND_LOWER, PLACED}},
-         1},
-        {"both bonuses add up",
-         {{49, BOUND_LOWER, PLACED},
-          {0, BOUND_EXACT, PROBED},
-          {50, BOUND_LOWER, PLACED},
-          {49, BOUND_LOWER, PLACED}},
-         1},
-        {"the last entry",
-         {{10, BOUND_EXACT, PLACED},
-          {10, BOUND_LOWER, PROBED},
-          {20, BOUND_LOWER, PLACED},
-          {9, BOUND_LOWER, PLACED}},
-         3},
+        {"shallowest", {{8, L, NEW}, {3, L, NEW}, {9, U, NEW}, {4, L, NEW}}, 1},
+        {"all equal: the first", {{3, L, NEW}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 0},
+        {"probed is kept", {{3, L, HIT}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 1},
+        {"stored again is kept", {{3, L, AGAIN}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 1},
+        {"touched +16: tie, first", {{16, L, NEW}, {0, L, HIT}, {20, L, NEW}, {20, L, NEW}}, 0},
+        {"touched +16: deeper loses", {{17, L, NEW}, {0, L, HIT}, {20, L, NEW}, {20, L, NEW}}, 1},
+        {"exact +32: tie, first", {{32, U, NEW}, {0, X, NEW}, {40, L, NEW}, {40, L, NEW}}, 0},
+        {"exact +32: deeper loses", {{33, U, NEW}, {0, X, NEW}, {40, L, NEW}, {40, L, NEW}}, 1},
+        {"both bonuses add up", {{49, L, NEW}, {0, X, HIT}, {50, L, NEW}, {49, L, NEW}}, 1},
+        {"the last entry", {{10, X, NEW}, {10, L, HIT}, {20, L, NEW}, {9, L, NEW}}, 3},
     };
+    // clang-format on
     for (const auto& c : cases) {
         TranspositionTable tt;
         tt.resize(1);
@@ -193,8 +147,8 @@ TEST(TranspositionTable, FullClusterReplacesTheLeastValuableEntry) {
             tt.store(keys[i], 0, c.entries[i].depth, c.entries[i].bound, 0, E2E4);
         }
         for (int i = 0; i < 4; i++) {
-            if (c.entries[i].use == PROBED) tt.probe(keys[i], 0);
-            if (c.entries[i].use == STORED_AGAIN)
+            if (c.entries[i].use == HIT) tt.probe(keys[i], 0);
+            if (c.entries[i].use == AGAIN)
                 tt.store(keys[i], 0, c.entries[i].depth, c.entries[i].bound, 0, E2E4);
         }
         tt.store(keyIn(5, 2, 50), 0, 1, BOUND_UPPER, 0, G8F6);
