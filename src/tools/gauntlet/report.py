@@ -120,6 +120,10 @@ def main():
         rating = sum(r / s**2 for r, s in estimates) / weight
         error = Z95 / math.sqrt(weight)
         print(f"\nEstimated rating on the scale of Stockfish's UCI_Elo: **{rating:.0f} ± {error:.0f}**.")
+        print("\nStockfish's UCI_Elo levels are calibrated at a much longer time control. A limited")
+        print("Stockfish weakens itself mostly by how deep it looks before choosing, not by the clock,")
+        print("so at a fast control it plays above its level against engines whose depth depends on")
+        print("the time: the estimate above holds for this time control only.")
     write_plot(folder, levels, rating, error)
     print("\n![rating](rating.png)")
 
