@@ -16,7 +16,7 @@ games="${1:-400}"
 tc="${2:-10+0.1}"
 out="${3:-reports/strength}"
 round="${ROUND:-40}"
-levels=(1650 1950 2250)
+levels=(1950 2100 2250)
 
 need=()
 for pkg in glaurung toga2 ethereal-chess stockfish gnuplot-nox; do
