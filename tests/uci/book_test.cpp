@@ -1,20 +1,18 @@
 // The opening book at "ucinewgame": the internal book and a book file planted in the table, the
 // reports and warnings, and book moves played by the search.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <thread>
 
 #include "engine_process.h"
+#include "scratch_directory.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-namespace fs = std::filesystem;
 
 constexpr uint64_t START_KEY = 0x463B96181691FC9CULL;
 constexpr uint64_t AFTER_E4_KEY = 0x823C9B50FD114196ULL;  // black to move after 1. e4
@@ -26,15 +24,6 @@ struct Record {
     uint32_t move;
     uint8_t weight;
 };
-
-// A fresh directory whose medium.mbk holds the given bytes.
-std::string bookDirectory(const std::string& tag, const std::string& bytes) {
-    fs::path dir =
-        fs::temp_directory_path() / ("morvane-book-" + std::to_string(::getpid()) + "-" + tag);
-    fs::create_directories(dir);
-    std::ofstream(dir / "medium.mbk", std::ios::binary) << bytes;
-    return dir.string();
-}
 
 std::string bookBytes(const std::vector<Record>& records) {
     std::string bytes;
@@ -107,24 +96,28 @@ TEST(Book, FileWarnings) {
          "warning: medium.mbk is not a valid book file"},
     };
     for (size_t i = 0; i < std::size(cases); i++) {
-        EngineProcess engine(bookDirectory("case" + std::to_string(i), cases[i].bytes));
+        ScratchDirectory directory;
+        directory.write("medium.mbk", cases[i].bytes);
+        EngineProcess engine(directory.path);
         engine.expectBanner();
         engine.command("setoption name Fallback to Internal Book value false");
         EXPECT_EQ(engine.command("ucinewgame"), Lines{cases[i].warning}) << cases[i].what;
     }
     // A file that disappears after it was chosen.
-    std::string dir = bookDirectory("vanishing", bookBytes({{START_KEY, E2E4, 100}}));
-    EngineProcess engine(dir);
+    ScratchDirectory directory;
+    directory.write("medium.mbk", bookBytes({{START_KEY, E2E4, 100}}));
+    EngineProcess engine(directory.path);
     engine.expectBanner();
     engine.command(Lines{});  // the engine has chosen the file once it answers
-    fs::remove(fs::path(dir) / "medium.mbk");
+    std::filesystem::remove(directory.path / "medium.mbk");
     EXPECT_EQ(engine.command("ucinewgame"), (Lines{"warning: opening book medium.mbk not found"}));
 }
 
 // A file-only book is drawn without reseeding; a position with one record always plays it.
 TEST(Book, FileBookMovesArePlayed) {
-    EngineProcess engine(
-        bookDirectory("play", bookBytes({{START_KEY, D2D4, 100}, {AFTER_E4_KEY, E7E5, 100}})));
+    ScratchDirectory directory;
+    directory.write("medium.mbk", bookBytes({{START_KEY, D2D4, 100}, {AFTER_E4_KEY, E7E5, 100}}));
+    EngineProcess engine(directory.path);
     engine.expectBanner();
     engine.command("setoption name Fallback to Internal Book value false");
     EXPECT_EQ(engine.command("ucinewgame"),
@@ -138,10 +131,12 @@ TEST(Book, FileBookMovesArePlayed) {
 // New games draw anew: over several games a position with four equal shares shows more than
 // one move (all alike has a chance of 4 in 4^6, about 1 in 1000).
 TEST(Book, NewGamesCanDrawDifferentMoves) {
-    EngineProcess engine(bookDirectory("draws", bookBytes({{START_KEY, E2E4, 25},
-                                                           {START_KEY, D2D4, 25},
-                                                           {START_KEY, G1F3, 25},
-                                                           {START_KEY, C2C4, 25}})));
+    ScratchDirectory directory;
+    directory.write("medium.mbk", bookBytes({{START_KEY, E2E4, 25},
+                                             {START_KEY, D2D4, 25},
+                                             {START_KEY, G1F3, 25},
+                                             {START_KEY, C2C4, 25}}));
+    EngineProcess engine(directory.path);
     engine.expectBanner();
     std::set<std::string> played;
     for (int game = 0; game < 6; game++) {

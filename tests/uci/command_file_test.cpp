@@ -2,13 +2,13 @@
 // CommandFile option. Short lines are skipped, "quit" in a file does not end the program, files
 // may run other files, and a file that runs itself stops after nesting too deeply.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 #include "engine_process.h"
+#include "scratch_directory.h"
 #include "game_view.h"
 
 namespace {
@@ -18,21 +18,6 @@ using Lines = std::vector<std::string>;
 const std::string EVAL_REPLY = "Detailed evaluation information not available!";
 const std::string TBTEST_USAGE = "Usage: tbtest EndGameId [KRKP, KRKB ...]";
 const std::string COMMAND_FILE_LINE = "option name CommandFile type string default <NONE>";
-
-// A directory of its own for an engine and its command files, removed afterwards.
-struct ScratchDirectory {
-    std::filesystem::path path;
-    ScratchDirectory() {
-        std::string pattern = std::filesystem::temp_directory_path() / "morvane-cmdfile-XXXXXX";
-        if (mkdtemp(pattern.data())) path = pattern;
-    }
-    ~ScratchDirectory() {
-        if (!path.empty()) std::filesystem::remove_all(path);
-    }
-    void write(const std::string& name, const std::string& bytes) {
-        std::ofstream(path / name, std::ios::binary) << bytes;
-    }
-};
 
 // The showoption line of an option, found by its name.
 std::string optionLine(EngineProcess& engine, const std::string& name) {

@@ -2,10 +2,9 @@
 // commands, unknown input and the ways the program ends.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "engine_process.h"
+#include "option_listing.h"
+#include "scratch_directory.h"
 
 namespace {
 
@@ -31,24 +30,6 @@ const Lines UCI_REPLY = {
     "uciok",
 };
 
-// The Hash line carries the Ponder flag (0), not the table size: GUIs already read it that way.
-Lines showoptionReply(const std::string& bookFile) {
-    return {
-        "option name Ponder type check default true value false",
-        "option name Threads type spin default 1 min 1 max 128 value 1",
-        "option name Hash type spin default 128 min 1 max 8192 value 0",
-        "option name OwnBook type check default true value true",
-        "option name Book File type string default medium.mbk value " + bookFile,
-        "option name Fallback to Internal Book type check default true value true",
-        "option name MultiPV type spin default 1 min 1 max 64 value 1",
-        "option name Output Search Depth Info type check default true value true",
-        "option name Output Current Move Info type check default false value false",
-        "option name Output Total Time and Nodes type check default true value true",
-        "option name Console Mode type check default false value false",
-        "option name CommandFile type string default <NONE>",
-    };
-}
-
 }  // namespace
 
 TEST(Console, BannerThenReadyok) {
@@ -64,22 +45,19 @@ TEST(Console, UciAndShowoptionRepliesAreExact) {
     EngineProcess engine;
     engine.expectBanner();
     EXPECT_EQ(engine.command("uci"), UCI_REPLY);
-    EXPECT_EQ(engine.command("showoption"), showoptionReply(""));
+    EXPECT_EQ(engine.command("showoption"), listing(DEFAULTS));
     // Asking twice gives the same answer: the replies have no state of their own.
     EXPECT_EQ(engine.command(Lines{"uci", "showoption"}).size(), UCI_REPLY.size() + 12);
 }
 
 TEST(Console, BookFileInWorkingDirectoryIsShown) {
-    std::filesystem::path directory =
-        std::filesystem::temp_directory_path() / ("morvane-book-" + std::to_string(getpid()));
-    std::filesystem::create_directories(directory);
-    std::ofstream(directory / "medium.mbk") << std::string(16, '\0');
-    {
-        EngineProcess engine(directory.string());
-        engine.expectBanner();
-        EXPECT_EQ(engine.command("showoption"), showoptionReply("medium.mbk"));
-    }
-    std::filesystem::remove_all(directory);
+    ScratchDirectory directory;
+    directory.write("medium.mbk", std::string(16, '\0'));
+    EngineProcess engine(directory.path.string());
+    engine.expectBanner();
+    Values values = DEFAULTS;
+    values["Book File"] = "medium.mbk";
+    EXPECT_EQ(engine.command("showoption"), listing(values));
 }
 
 // Each row: the lines typed and exactly what the engine answers before the next "readyok".

@@ -2,7 +2,6 @@
 // 2 or 3 and counts the positions where the engine plays the "bm" move. The positions are easy
 // (mates in one, a hanging queen, a promotion) so that the counts are known.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <chrono>
 #include <filesystem>
@@ -10,26 +9,11 @@
 #include <regex>
 
 #include "engine_process.h"
+#include "scratch_directory.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-// A directory of its own for an engine and its EPD files, removed afterwards.
-struct ScratchDirectory {
-    std::filesystem::path path;
-    ScratchDirectory() {
-        std::string pattern = std::filesystem::temp_directory_path() / "morvane-epd-XXXXXX";
-        if (mkdtemp(pattern.data())) path = pattern;
-    }
-    ~ScratchDirectory() {
-        if (!path.empty()) std::filesystem::remove_all(path);
-    }
-    void write(const std::string& name, const Lines& lines) {
-        std::ofstream file(path / name, std::ios::binary);
-        for (const std::string& line : lines) file << line << "\n";
-    }
-};
 
 const std::string BACK_RANK_MATE = "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - bm Ra8#; id \"mate\";";
 const std::string HANGING_QUEEN = "4k3/8/8/3q4/8/8/8/3RK3 w - - bm Rxd5; id \"queen\";";
@@ -64,10 +48,10 @@ TEST(Epd, LoadAndRunReplies) {
     Lines suite = {BACK_RANK_MATE, INVALID[0], HANGING_QUEEN, INVALID[1],    TWO_BEST_MOVES,
                    INVALID[2],     PROMOTION,  INVALID[3],    SCHOLARS_MATE, INVALID[4],
                    WRONG_MOVE,     INVALID[5], MATE_IN_TWO};
-    directory.write("suite.epd", suite);
-    directory.write("small.epd", {HANGING_QUEEN, INVALID[1], WRONG_MOVE});
-    directory.write("invalid.epd", INVALID);
-    directory.write("unplayable.epd", {"4k3/8/8/8/8/8/8/3RK3 w - - bm Qh5; id \"no queen\";"});
+    directory.writeLines("suite.epd", suite);
+    directory.writeLines("small.epd", {HANGING_QUEEN, INVALID[1], WRONG_MOVE});
+    directory.writeLines("invalid.epd", INVALID);
+    directory.writeLines("unplayable.epd", {"4k3/8/8/8/8/8/8/3RK3 w - - bm Qh5; id \"no queen\";"});
 
     struct Case {
         std::string line;
@@ -131,7 +115,7 @@ TEST(Epd, MissingFileAnsweredAtOnce) {
 TEST(Epd, SearchOutputReturnsAfterARun) {
     ScratchDirectory directory;
     ASSERT_FALSE(directory.path.empty());
-    directory.write("one.epd", {HANGING_QUEEN});
+    directory.writeLines("one.epd", {HANGING_QUEEN});
     EngineProcess engine(directory.path);
     engine.expectBanner();
     ASSERT_EQ(engine.command("loadepd one.epd"), Lines{"1 positions loaded"});

@@ -11,65 +11,14 @@
 #include <sstream>
 
 #include "engine_process.h"
+#include "option_listing.h"
+#include "scratch_directory.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-using Values = std::map<std::string, std::string>;
 
 const std::string USAGE_LINE = "Usage: setoption name <name> value <value>";
-
-// The values the listing shows right after start-up in an empty directory.
-const Values DEFAULTS = {
-    {"Ponder", "false"},
-    {"Threads", "1"},
-    {"OwnBook", "true"},
-    {"Book File", ""},
-    {"Fallback to Internal Book", "true"},
-    {"MultiPV", "1"},
-    {"Output Search Depth Info", "true"},
-    {"Output Current Move Info", "false"},
-    {"Output Total Time and Nodes", "true"},
-    {"Console Mode", "false"},
-};
-
-// The showoption listing for these values; the Hash line carries the Ponder flag as 0 or 1.
-Lines listing(const Values& v) {
-    return {
-        "option name Ponder type check default true value " + v.at("Ponder"),
-        "option name Threads type spin default 1 min 1 max 128 value " + v.at("Threads"),
-        "option name Hash type spin default 128 min 1 max 8192 value " +
-            std::string(v.at("Ponder") == "true" ? "1" : "0"),
-        "option name OwnBook type check default true value " + v.at("OwnBook"),
-        "option name Book File type string default medium.mbk value " + v.at("Book File"),
-        "option name Fallback to Internal Book type check default true value " +
-            v.at("Fallback to Internal Book"),
-        "option name MultiPV type spin default 1 min 1 max 64 value " + v.at("MultiPV"),
-        "option name Output Search Depth Info type check default true value " +
-            v.at("Output Search Depth Info"),
-        "option name Output Current Move Info type check default false value " +
-            v.at("Output Current Move Info"),
-        "option name Output Total Time and Nodes type check default true value " +
-            v.at("Output Total Time and Nodes"),
-        "option name Console Mode type check default false value " + v.at("Console Mode"),
-        "option name CommandFile type string default <NONE>",
-    };
-}
-
-// A directory of its own for an engine, removed with everything in it afterwards.
-struct ScratchDirectory {
-    std::filesystem::path path;
-    ScratchDirectory() {
-        std::string pattern = std::filesystem::temp_directory_path() / "morvane-options-XXXXXX";
-        if (mkdtemp(pattern.data())) path = pattern;
-    }
-    ~ScratchDirectory() {
-        if (!path.empty()) std::filesystem::remove_all(path);
-    }
-    void write(const std::string& name, const std::string& bytes) {
-        std::ofstream(path / name, std::ios::binary) << bytes;
-    }
-};
 
 // The engine's process: the only child of this test program that runs the engine binary.
 // Returns -1 unless there is exactly one.

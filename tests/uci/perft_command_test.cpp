@@ -3,7 +3,6 @@
 // their shape is checked.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <iomanip>
 #include <regex>
 #include <sstream>
@@ -49,15 +48,6 @@ void expectDivideTable(const Lines& reply, const Lines& rows, const std::string&
     EXPECT_EQ(Lines(reply.begin(), reply.end() - 1), expected);
     EXPECT_TRUE(reply.back().starts_with(total + ", Time : ")) << reply.back();
     EXPECT_TRUE(std::regex_match(reply.back(), DIVIDE_TOTAL)) << reply.back();
-}
-
-std::string grouped(uint64_t n) {
-    std::string digits = std::to_string(n), text;
-    for (size_t i = 0; i < digits.size(); i++) {
-        if (i && (digits.size() - i) % 3 == 0) text += '.';
-        text += digits[i];
-    }
-    return text;
 }
 
 }  // namespace
@@ -190,44 +180,4 @@ TEST(PerftCommand, MateAndStalemateCountNothing) {
         ASSERT_EQ(engine.command(setup), Lines{}) << setup;
         expectPerftTable(engine.command("perft 2"), {"0", "0"}, setup);
     }
-}
-
-// The published counts of the shared perft collection, through the console: every third
-// position (the move generator itself is proved on all of them by the unit tests) set up with a
-// position line and counted to depth 3, or 2 where depth 3 would be slow. All lines go out at
-// once, as a script would send them; the replies are then read in order.
-TEST(PerftCommand, PublishedCountsThroughTheConsole) {
-    std::ifstream in(std::string(MORVANE_DATA_DIR) + "/perft.epd");
-    ASSERT_TRUE(in) << "perft.epd not found in " << MORVANE_DATA_DIR;
-    struct Expected {
-        std::string fen;
-        Lines counts;
-    };
-    std::vector<Expected> positions;
-    std::string script;
-    int index = 0;
-    for (std::string line; std::getline(in, line);) {
-        size_t at = line.find(" perft1 ");
-        if (at == std::string::npos || index++ % 3 != 0) continue;
-        Expected e{line.substr(0, at), {}};
-        std::istringstream ops(line.substr(at));
-        for (std::string word, count; ops >> word >> count && e.counts.size() < 3;) {
-            if (count.ends_with(';')) count.pop_back();
-            if (e.counts.size() == 2 && std::stoull(count) > 1'000'000) break;
-            e.counts.push_back(grouped(std::stoull(count)));
-        }
-        script += "position fen " + e.fen + "\nperft " + std::to_string(e.counts.size()) + "\n";
-        positions.push_back(e);
-    }
-    ASSERT_GE(positions.size(), 40u);
-
-    EngineProcess engine;
-    engine.expectBanner();
-    engine.sendRaw(script);
-    for (const Expected& e : positions) {
-        Lines reply = engine.readLinesUntil(
-            [](const std::string& line) { return line.starts_with(" Perft 1 - "); });
-        expectPerftTable(reply, e.counts, e.fen);
-    }
-    EXPECT_EQ(engine.command("eval"), Lines{"Detailed evaluation information not available!"});
 }

@@ -101,40 +101,20 @@ TEST_F(Robustness, HundredKilobyteLines) {
     expectUnharmed();
 }
 
-// Every broken FEN shape is refused with one line and leaves the game as it was.
+// A broken FEN is refused with one line and leaves the game as it was. The parser meets every
+// broken shape in its own tests; these rows are the shapes of the console's line splitting
+// (blanks and tabs inside fields, too few words) and one of each kind of refusal.
 TEST_F(Robustness, BrokenFens) {
     const std::string fens[] = {
         "",
         "w",
         "/////// w",
-        "8/8/8/8/8/8/8/8 w - - 0 1",                                   // no kings
-        "rnbqkbnr/pppppppp/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",      // seven ranks
-        "rnbqkbnr/pppppppp/8/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",  // nine ranks
-        "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-        "rnbqkbnr/pppppppp/08/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+        "8/8/8/8/8/8/8/8 w - - 0 1",                                  // no kings
         "rnbqkbnr/pppppppp/54/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",  // nine squares
-        "rnbqkbnr/pppppppp/7/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",   // seven squares
-        "rnbqkbnr/ppppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-        "rnbqkbnr/ppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNX w KQkq - 0 1",  // no such piece
         "rnbqkbnr/pppp pppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -",
-        "rnbq1bnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",  // no black king
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQ1BNR w KQkq - 0 1",  // no white king
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBKKBNR w KQkq - 0 1",  // two white kings
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1",
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR W KQkq - 0 1",
         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR white KQkq - 0 1",
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR - KQkq - 0 1",
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e4 0 1",  // en passant on rank 4
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq i6 0 1",
         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq 36 0 1",
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq E6 0 1",
-        "4k3/4R3/8/8/8/8/8/4K3 w - - 0 1",  // the side not to move is in check
-        "4k3/8/8/8/8/8/8/4K2r b - - 0 1",
-        "8/8/8/8/8/8/8/kK6 w - - 0 1",     // kings side by side
-        "P3k3/8/8/8/8/8/8/4K3 w - - 0 1",  // pawns on the first or last rank
-        "4k3/8/8/8/8/8/8/p3K3 b - - 0 1",
-        "4k3/8/8/8/8/P7/PPPPPPPP/4K3 w - - 0 1",    // nine pawns
+        "4k3/4R3/8/8/8/8/8/4K3 w - - 0 1",          // the side not to move is in check
         "4k3/8/8/8/8/8/PPPPPPPP/QQ2K3 w - - 0 1",   // a promoted queen beside eight pawns
         "4k3/8/8/8/8/8/PPPPPPP1/NNNNK3 w - - 0 1",  // two promoted knights, one missing pawn
         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR\t w KQkq - 0 1",

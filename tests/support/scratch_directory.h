@@ -1,0 +1,31 @@
+// A directory of its own for an engine and the files it reads, removed with everything in it
+// afterwards.
+#pragma once
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+struct ScratchDirectory {
+    std::filesystem::path path;
+
+    ScratchDirectory() {
+        std::string pattern = std::filesystem::temp_directory_path() / "morvane-test-XXXXXX";
+        if (mkdtemp(pattern.data())) path = pattern;
+    }
+    ScratchDirectory(const ScratchDirectory&) = delete;
+    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+    ~ScratchDirectory() {
+        if (!path.empty()) std::filesystem::remove_all(path);
+    }
+    void write(const std::string& name, const std::string& bytes) {
+        std::ofstream(path / name, std::ios::binary) << bytes;
+    }
+    void writeLines(const std::string& name, const std::vector<std::string>& lines) {
+        std::ofstream file(path / name, std::ios::binary);
+        for (const std::string& line : lines) file << line << "\n";
+    }
+};
