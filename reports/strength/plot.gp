@@ -1,16 +1,17 @@
-set terminal png size 900,500
+set terminal png size 900,500 noenhanced
 set output "reports/strength/rating.png"
-set title "Morvane among its opponents (UCI_Elo scale)"
+set title "Morvane among its opponents (UCI_Elo scale, 95% bars)"
 set ylabel "Elo"
-set style fill solid 0.6
-set boxwidth 0.6
 set xtics rotate by -30
 set grid ytics
+set offsets 0.5, 0.5, 100, 100
 $data << EOD
 0 "Stockfish-1950" 1950 0
-1 "Morvane" 2072 26
-2 "Stockfish-2100" 2100 0
-3 "Stockfish-2250" 2250 0
+1 "Toga2" 2015 44
+2 "Glaurung" 2055 43
+3 "Morvane" 2072 26
+4 "Stockfish-2100" 2100 0
+5 "Stockfish-2250" 2250 0
+6 "Ethereal" 2460 63
 EOD
-set yrange [0:*]
-plot $data using 1:3:xtic(2) with boxes notitle, "" using 1:3:4 with yerrorbars lw 2 notitle
+plot $data using 1:3:4:xtic(2) with yerrorbars pt 7 ps 1.5 lw 2 notitle

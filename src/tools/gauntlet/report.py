@@ -69,26 +69,30 @@ def estimate(wins, losses, draws):
     return s, elo(s), margin
 
 
-def write_plot(folder, levels, rating, error):
+def write_plot(folder, levels, rating, error, measured):
+    """Each engine at its rating: the Stockfish levels at their nominal value, Morvane at its
+    estimate, and the other opponents placed by their measured difference from Morvane."""
+    points = [(f"Stockfish-{lv}", int(lv), 0) for lv in levels]
+    if rating is not None:
+        points.append(("Morvane", rating, error))
+        for name, diff, margin in measured:
+            if not name.startswith("Stockfish-") and math.isfinite(diff) and math.isfinite(margin):
+                points.append((name, rating - diff, math.hypot(error, margin)))
+    points.sort(key=lambda p: p[1])
     with open(os.path.join(folder, "plot.gp"), "w") as gp:
-        gp.write(f'set terminal png size 900,500\nset output "{folder}/rating.png"\n')
-        gp.write('set title "Morvane among its opponents (UCI_Elo scale)"\nset ylabel "Elo"\n')
-        gp.write("set style fill solid 0.6\nset boxwidth 0.6\nset xtics rotate by -30\nset grid ytics\n")
-        points = [(f"Stockfish-{lv}", int(lv), 0) for lv in levels]
-        if rating is not None:
-            points.append(("Morvane", rating, error))
-        points.sort(key=lambda p: p[1])
+        gp.write(f'set terminal png size 900,500 noenhanced\nset output "{folder}/rating.png"\n')
+        gp.write('set title "Morvane among its opponents (UCI_Elo scale, 95% bars)"\n')
+        gp.write('set ylabel "Elo"\nset xtics rotate by -30\nset grid ytics\nset offsets 0.5, 0.5, 100, 100\n')
         gp.write("$data << EOD\n")
         for i, (name, value, err) in enumerate(points):
             gp.write(f'{i} "{name}" {value:.0f} {err:.0f}\n')
         gp.write("EOD\n")
-        gp.write("set yrange [0:*]\n")
-        gp.write('plot $data using 1:3:xtic(2) with boxes notitle, "" using 1:3:4 with yerrorbars lw 2 notitle\n')
+        gp.write('plot $data using 1:3:4:xtic(2) with yerrorbars pt 7 ps 1.5 lw 2 notitle\n')
 
 
 def main():
     folder, tc, levels = sys.argv[1], sys.argv[2], sys.argv[3:]
-    estimates, rows, total = [], [], 0
+    estimates, rows, measured, total = [], [], [], 0
     for path in sorted(glob.glob(os.path.join(folder, "*.pgn"))):
         name = os.path.splitext(os.path.basename(path))[0]
         wins, losses, draws, faults = tally(games_of(path))
@@ -99,6 +103,7 @@ def main():
         s, diff, margin = estimate(wins, losses, draws)
         rows.append(f"| {name} | {n} | {wins} | {losses} | {draws} | {100 * s:.1f}% | "
                     f"{diff:+.0f} ± {margin:.0f} | {faults['Morvane']} | {faults['opponent']} |")
+        measured.append((name, diff, margin))
         level = re.match(r"Stockfish-(\d+)$", name)
         if level and math.isfinite(diff) and math.isfinite(margin) and margin > 0:
             estimates.append((int(level.group(1)) + diff, margin / Z95))
@@ -124,7 +129,7 @@ def main():
         print("Stockfish weakens itself mostly by how deep it looks before choosing, not by the clock,")
         print("so at a fast control it plays above its level against engines whose depth depends on")
         print("the time: the estimate above holds for this time control only.")
-    write_plot(folder, levels, rating, error)
+    write_plot(folder, levels, rating, error, measured)
     print("\n![rating](rating.png)")
 
 
