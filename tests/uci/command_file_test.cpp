@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 
 #include "engine_process.h"
-#include "scratch_directory.h"
 #include "game_view.h"
+#include "scratch_directory.h"
 
 namespace {
 

@@ -53,7 +53,7 @@ TEST(Console, UciAndShowoptionRepliesAreExact) {
 TEST(Console, BookFileInWorkingDirectoryIsShown) {
     ScratchDirectory directory;
     directory.write("medium.mbk", std::string(16, '\0'));
-    EngineProcess engine(directory.path.string());
+    EngineProcess engine(directory.path);
     engine.expectBanner();
     Values values = DEFAULTS;
     values["Book File"] = "medium.mbk";

@@ -2,7 +2,6 @@
 // any case, the check values, the numbers kept as typed, the book file looked up on disk, and what
 // Hash and Threads do to the table and the search threads.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>

@@ -4,7 +4,7 @@
 # rated opponents (Stockfish limited to fixed UCI_Elo levels).
 #
 # Usage: src/tools/gauntlet/gauntlet.sh [GAMES_PER_OPPONENT] [TIME_CONTROL] [REPORT_DIR]
-# Defaults: 400 games, 10+0.1, reports/strength. Installs the opponents it needs (as root).
+# Defaults: 400 games, 2+0.02 (the committed report), reports/strength. Installs the opponents it needs (as root).
 #
 # The games are played in rounds of ROUND games (default 40) against each opponent in turn and
 # kept in one PGN file per opponent. A rerun counts the games already there and goes on from the
@@ -13,7 +13,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../../.."
 games="${1:-400}"
-tc="${2:-10+0.1}"
+tc="${2:-2+0.02}"
 out="${3:-reports/strength}"
 round="${ROUND:-40}"
 levels=(1950 2100 2250)
@@ -40,6 +40,13 @@ for elo in "${levels[@]}"; do
 done
 
 played() { grep -c '^\[Result ' "$1" 2>/dev/null || true; }
+# Games at another time control must not be added to a report: its Elo figures would mean nothing.
+for pgn in "$out"/*.pgn; do
+    if [[ -f $pgn ]] && grep -q '^\[TimeControl ' "$pgn" && ! grep -q "^\[TimeControl \"$tc\"\]" "$pgn"; then
+        echo "$pgn holds games at another time control than $tc; give another report folder" >&2
+        exit 2
+    fi
+done
 # The report is rewritten after every round, so it always shows every game played so far.
 report() {
     src/tools/gauntlet/report.py "$out" "$tc" "${levels[@]}" > "$out/README.md"
