@@ -48,7 +48,9 @@ TEST(InternalBook, RecordInvariants) {
         const BookEntry& e = INTERNAL_BOOK[i];
         bool newPosition = i == 0 || e.key != INTERNAL_BOOK[i - 1].key;
         if (newPosition) {
-            if (i > 0) EXPECT_EQ(sum, 100) << std::hex << INTERNAL_BOOK[i - 1].key;
+            if (i > 0) {
+                EXPECT_EQ(sum, 100) << std::hex << INTERNAL_BOOK[i - 1].key;
+            }
             EXPECT_TRUE(finished.insert(e.key).second) << "position split into two runs";
             EXPECT_GT(int64_t(e.key), previous);
             previous = int64_t(e.key);

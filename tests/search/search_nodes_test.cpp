@@ -91,7 +91,9 @@ TEST_F(SearchNodes, FiftyMoveRuleAtTheNode) {
         } else {
             EXPECT_GT(node.totalNodes(), 1u) << c.clock << ": searched";
         }
-        if (c.clock == 99) EXPECT_GT(score, 100) << "the queen counts";
+        if (c.clock == 99) {
+            EXPECT_GT(score, 100) << "the queen counts";
+        }
     }
 }
 
