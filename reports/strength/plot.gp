@@ -7,11 +7,11 @@ set grid ytics
 set offsets 0.5, 0.5, 100, 100
 $data << EOD
 0 "Stockfish-1950" 1950 0
-1 "Toga2" 2001 42
-2 "Glaurung" 2044 41
-3 "Morvane" 2062 24
+1 "Toga2" 1999 38
+2 "Glaurung" 2040 38
+3 "Morvane" 2057 21
 4 "Stockfish-2100" 2100 0
 5 "Stockfish-2250" 2250 0
-6 "Ethereal" 2464 60
+6 "Ethereal" 2451 55
 EOD
 plot $data using 1:3:4:xtic(2) with yerrorbars pt 7 ps 1.5 lw 2 notitle
