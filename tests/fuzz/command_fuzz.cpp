@@ -52,7 +52,8 @@ std::string nextLine(std::mt19937& rng) {
     std::string line = SEEDS[pick(SEEDS.size())];
     if (pick(4) == 0) {
         const std::string& other = SEEDS[pick(SEEDS.size())];
-        line += " " + other.substr(pick(other.size()));
+        line += ' ';
+        line.append(other, pick(other.size()));
     }
     static const std::string ALPHABET = " /-0123456789abcdefghkmnpqrwxKQRBNPkqrbnp\t\r";
     int edits = int(pick(6));

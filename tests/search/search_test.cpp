@@ -129,23 +129,6 @@ TEST(Search, FindsMateWithWorkerThreads) {
     EXPECT_EQ(out.score, "mate 3");
 }
 
-// Without a legal move the search prints its answer even when it prints nothing else.
-TEST(Search, NoLegalMoveAtTheRoot) {
-    const struct {
-        const char* what;
-        const char* fen;
-    } cases[] = {
-        {"checkmated", "6k1/R4ppp/8/8/8/8/5PPP/1r4K1 w - - 0 1"},
-        {"stalemated", "5k2/5P2/5K2/8/8/8/8/8 b - - 0 1"},
-    };
-    for (const auto& c : cases) {
-        Outcome out = search(fenPosition(c.fen), 4);
-        EXPECT_EQ(out.rootMoves, 0) << c.what;
-        EXPECT_EQ(out.move, "") << c.what;
-        EXPECT_EQ(out.output, "bestmove (none) ponder (none)\n") << c.what;
-    }
-}
-
 // A side far behind in material that can repeat the position scores a draw, exactly 0.
 TEST(Search, RepetitionsScoreZero) {
     const std::string rooksUp = "position fen 6k1/5ppp/8/8/8/rr6/5PPP/6K1 w - - 0 1";

@@ -19,6 +19,7 @@ SearchLimits at(SearchLimits limits, int64_t start) {
 
 TEST(TimeManager, DeadlinesOfWorkedExamples) {
     constexpr int64_t ABSOLUTE = 0;  // one move to go: the deadlines do not count from the start
+    // clang-format off
     const struct {
         const char* what;
         SearchLimits limits;
@@ -28,34 +29,14 @@ TEST(TimeManager, DeadlinesOfWorkedExamples) {
         {"60 s, no increment: 60000/51 and 5 x target", {.wtime = 60000}, White, S, 1176, 5870},
         {"black reads its own clock", {.wtime = 1, .btime = 60000}, Black, S, 1176, 5870},
         {"10 s + 0.1 s: 100 + 9900/50", {.wtime = 10000, .winc = 100}, White, S, 298, 1258},
-        {"black reads its own increment",
-         {.wtime = 500, .btime = 10000, .binc = 100},
-         Black,
-         S,
-         298,
-         1258},
+        {"black reads its own increment", {.wtime = 500, .btime = 10000, .binc = 100}, Black, S, 298, 1258},
         {"ten moves to go: 5 x target", {.wtime = 10000, .movestogo = 10}, White, S, 909, 4535},
         {"five moves to go: time / moves", {.wtime = 10000, .movestogo = 5}, White, S, 1666, 1990},
         {"two moves to go", {.wtime = 10000, .movestogo = 2}, White, S, 3333, 4990},
-        {"short clock: time - 32 x moves is below the target",
-         {.wtime = 1000},
-         White,
-         S,
-         -610,
-         -610},
+        {"short clock: time - 32 x moves is below the target", {.wtime = 1000}, White, S, -610, -610},
         {"pondering assumes 40 moves", {.wtime = 60000, .ponder = 1}, White, S, 1463, 7305},
-        {"increment above a short clock: half the clock",
-         {.wtime = 150, .winc = 1000},
-         White,
-         S,
-         65,
-         65},
-        {"increment, 700 ms spare: no share of the clock",
-         {.wtime = 800, .winc = 100},
-         White,
-         S,
-         100,
-         160},
+        {"increment above a short clock: half the clock", {.wtime = 150, .winc = 1000}, White, S, 65, 65},
+        {"increment, 700 ms spare: no share of the clock", {.wtime = 800, .winc = 100}, White, S, 100, 160},
         {"increment, 751 ms spare: a share of it", {.wtime = 851, .winc = 100}, White, S, 115, 178},
         {"movetime", {.movetime = 1000}, White, S, 990, 990},
         {"movetime wins over the clock", {.wtime = 60000, .movetime = 1000}, White, S, 990, 990},
@@ -63,6 +44,7 @@ TEST(TimeManager, DeadlinesOfWorkedExamples) {
         {"one move to go, 300 ms", {.wtime = 300, .movestogo = 1}, White, ABSOLUTE, 240, 240},
         {"one move to go, 50 ms", {.wtime = 50, .movestogo = 1}, White, ABSOLUTE, 30, 30},
     };
+    // clang-format on
     for (const auto& c : cases) {
         TimeManager tm;
         tm.setLimits(at(c.limits, S), c.side);

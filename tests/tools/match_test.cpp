@@ -551,6 +551,16 @@ TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
     EXPECT_NE(output.find("A vs B: 5 games, +3 -0 =2"), std::string::npos) << output;
     EXPECT_NE(output.find("LLR 3.68 [-2.94, 2.94], H1 accepted"), std::string::npos) << output;
 
+    // Morvane against itself, the way a tournament manager drives it: no fault on either side.
+    const std::string morvane = MORVANE_BINARY;
+    ASSERT_EQ(runMatch("--engine name=A cmd=" + morvane + " --engine name=B cmd=" + morvane +
+                           " --games 2 --tc 1+0.05 --resign movecount=2 score=500"
+                           " --draw movenumber=30 movecount=4 score=20",
+                       output),
+              0)
+        << output;
+    EXPECT_NE(output.find("  A: 0 0 0 0\n  B: 0 0 0 0\n"), std::string::npos) << output;
+
     // An engine that cannot start stops the match before any game.
     EXPECT_EQ(runMatch("--engine cmd=/nonexistent/engine --engine cmd='" + b + "'", output), 2);
     EXPECT_NE(output.find("does not start"), std::string::npos) << output;
