@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
 void OrderingTables::clear() { std::memset(static_cast<void*>(this), 0, sizeof(*this)); }
 
@@ -24,7 +23,16 @@ void OrderingTables::updateHistory(Move m, int bonus) {
     }
 }
 
-void sortMoves(MoveList& list) { std::sort(list.begin(), list.end(), std::greater<Move>()); }
+// Insertion sort: the lists are short, and it beats a general sort on them. Every move differs
+// from the others, so the order is the same as any sort would give.
+void sortMoves(MoveList& list) {
+    for (uint32_t i = 1; i < list.count; i++) {
+        const Move m = list.moves[i];
+        uint32_t j = i;
+        for (; j > 0 && list.moves[j - 1] < m; j--) list.moves[j] = list.moves[j - 1];
+        list.moves[j] = m;
+    }
+}
 
 int removeMove(MoveList& list, Move m) {
     m &= MOVE_MASK;

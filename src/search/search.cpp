@@ -66,6 +66,14 @@ void TSearchThread::keyEvasions(MoveList& list, Move hashMove) {
 
 int TSearchThread::evaluate() { return evaluator->Evaluate(); }
 
+// Starts loading the table cluster and evaluation cache lines of the position after the move,
+// so the child's probes find them in cache.
+void TSearchThread::prefetchChild(Move m) const {
+    const uint64_t key = approximateChildKey(board, m);
+    tt.prefetch(key);
+    evaluator->prefetch(key);
+}
+
 int TSearchThread::recognizedEnding(int ply) {
     const EndGameId id = EndGameId(board.state().endgameId);
     if (evaluator->recognizedDraw()) return 0;
@@ -251,7 +259,6 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             const Move m = list.moves[i] & MOVE_MASK;
             const int moveKey = keyOf(list.moves[i]);
             const bool quiet = isQuiet(m);
-            tt.prefetch(approximateChildKey(board, m));
 
             if (movesSearched > 0 && quiet && !isMateScore(alpha) && !inCheck && depth < P.quietPruningDepth &&
                 !givesCheck(board, m)) {
@@ -266,6 +273,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 continue;
             }
 
+            prefetchChild(m);
             movesSearched++;
             if (quiet) quietsSearched++;
             if (!firstMove) firstMove = m;
@@ -416,6 +424,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
                         continue;
                 }
             }
+            prefetchChild(m);
             board.makeMove(m);
             int score = -quiescence(ply + 1, depth - 1, -beta, -alpha, childPv);
             board.unmakeMove(m);
