@@ -92,6 +92,7 @@ protected:
     int quiescence(int ply, int depth, int alpha, int beta, Move* pv);
     // Static evaluation of the thread's board from the side to move's view.
     int evaluate();
+    // Starts loading what the probes of the position after the move will read.
     void prefetchChild(Move m) const;
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
     int recognizedEnding(int ply);

@@ -111,9 +111,9 @@ TEST(Bench, OneRunCheckedLineByLine) {
                 << "row " << i << ": " << san << " against bestmove " << seen.move;
         }
         // Solved when the SAN text occurs in the expected moves.
-        const bool yes = std::string(BENCH_POSITIONS[i - 1].expected).find(san) != std::string::npos;
-        EXPECT_EQ(m[6], yes ? "Yes" : " No")
-            << "row " << i << ": " << san << " against " << BENCH_POSITIONS[i - 1].expected;
+        const std::string_view expected = BENCH_POSITIONS[i - 1].expected;
+        const bool yes = expected.find(san) != std::string_view::npos;
+        EXPECT_EQ(m[6], yes ? "Yes" : " No") << "row " << i << ": " << san << " against " << expected;
         nodeSum += nodes;
         msSum += std::stoll(m[3]);
         solved += yes;

@@ -220,8 +220,10 @@ TEST(Print, StatusLines) {
     EngineProcess engine;
     engine.expectBanner();
     for (const Case& c : cases) {
-        size_t movesAt = c.setup.find(" moves ");
-        const std::string moves = movesAt == std::string::npos ? "" : c.setup.substr(movesAt + 7);
+        const std::string MOVES = " moves ";
+        const size_t movesAt = c.setup.find(MOVES);
+        const std::string moves =
+            movesAt == std::string::npos ? "" : c.setup.substr(movesAt + MOVES.size());
         const Lines expected = {
             "EndGame Id: " + c.id,
             "",
