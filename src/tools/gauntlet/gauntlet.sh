@@ -64,7 +64,7 @@ while :; do
         build/release/src/tools/match/morvane-match \
             --engine name=Morvane cmd="$PWD/build/release/morvane" \
             --engine name="${names[i]}" ${commands[i]} \
-            --tc "$tc" --games "$count" --openings ../shared/data/openings.epd \
+            --tc "$tc" --games "$count" --openings data/openings.epd \
             --start $((done / 2)) --concurrency 2 \
             --resign movecount=3 score=600 --draw movenumber=40 movecount=8 score=10 \
             --event "Morvane gauntlet" --pgn "$pgn" >> "$out/match.log"

@@ -111,7 +111,7 @@ def main():
                             text=True).stdout.strip() or "unknown"
     print("# Morvane's strength\n")
     print(f"Morvane at commit {commit}, in a gauntlet at {tc} per side: {total} games in all, each opening of")
-    print("`../shared/data/openings.epd` played twice with colours reversed, one thread per engine,")
+    print("`data/openings.epd` played twice with colours reversed, one thread per engine,")
     print("two games at a time on a 2-core machine (`src/tools/gauntlet/gauntlet.sh`). Games are")
     print("adjudicated as lost after three moves at 6 pawns or worse by both engines' scores, as")
     print("drawn from move 40 after eight moves within 0.1 pawn of zero.\n")
