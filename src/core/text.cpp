@@ -22,6 +22,11 @@ int toIntOr(const std::string& text, int fallback) {
 
 bool fileExists(const std::string& name) { return std::ifstream(name).good(); }
 
+std::istream& readLine(std::istream& in, std::string& line) {
+    if (std::getline(in, line) && !line.empty() && line.back() == '\r') line.pop_back();
+    return in;
+}
+
 std::string groupDigits(uint64_t n) {
     std::string digits = std::to_string(n);
     std::string out;

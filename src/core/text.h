@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -12,5 +13,8 @@ std::vector<std::string> splitTokens(std::string& line, char delimiter);
 // ignored); the default when nothing can be read.
 int toIntOr(const std::string& text, int fallback);
 bool fileExists(const std::string& name);
+// std::getline that also takes a carriage return before the line feed as part of the line end,
+// so that text written on Windows reads the same.
+std::istream& readLine(std::istream& in, std::string& line);
 // A number with "." between groups of three digits: 1.234.567.
 std::string groupDigits(uint64_t n);

@@ -148,7 +148,7 @@ void computePieceTerms(EvalTables& t) {
     t.queenOnSeventh = pair(45);
     t.bishopOutpost = pair(46);
     t.supportedOutpost = pair(47);
-    t.minorBehindPawn = pair(73);
+    t.minorBehindPawn = -pair(73);
     t.rookOnSeventh = pair(74);
 
     t.rookBehindPasser = pair(42);
@@ -166,7 +166,7 @@ void computePieceTerms(EvalTables& t) {
     t.weakUnopposedPawn = pair(41);
     t.threatByPawnPush = pair(44);
     t.threatByKing = pair(68);
-    t.hanging = pair(69);
+    t.hanging = -pair(69);
 
     t.noQueenMg = mgOf(10);
     t.safeCheckMg = mgOf(50);

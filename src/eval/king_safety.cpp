@@ -37,7 +37,11 @@ int Evaluator::kingAttack() {
                 t.kingZoneAttackMg * (kingAdjacentAttacks[Us] + popcount(weak & kingZone[Them])) +
                 t.safeCheckMg * safeChecks - pawnEntry->shelterMg[Them] / 2 -
                 (hasQueen ? 0 : t.noQueenMg);
-    units = units * std::min(nonPawnMaterial[Us], t.fullNonPawnMaterial) / t.fullNonPawnMaterial;
+    // Weights set by hand can make the full material zero or negative; the attack then keeps
+    // its size rather than divide by it.
+    if (t.fullNonPawnMaterial > 0)
+        units = units * std::clamp(nonPawnMaterial[Us], 0, t.fullNonPawnMaterial) /
+                t.fullNonPawnMaterial;
     return t.kingAttackCurve[std::clamp(units / 6, 0, KING_ATTACK_CURVE_SIZE - 1)];
 }
 

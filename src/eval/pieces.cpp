@@ -63,7 +63,6 @@ void Evaluator::pieces() {
             score += scaleScore(outpost, t.outpostScale[Us][sq], 8);
             if (attackedBy[Us][PAWN] & squareBB(sq)) score += t.supportedOutpost;
         }
-        if (shiftUp<Them>(allPawns) & squareBB(sq)) score += t.minorBehindPawn;
         score -= t.kingProtector * distance(sq, ksq);
     };
 
@@ -102,6 +101,10 @@ void Evaluator::pieces() {
         if (relativeRank(Us, sq) == 6 && seventhMatters) score += t.queenOnSeventh;
     }
 
+    // A minor piece sheltered behind a pawn is hard for the enemy to chase or block; the
+    // derived weight is a penalty, charged to the enemy for each such piece of ours.
+    const Bitboard minors = board.pieces(Us, KNIGHT) | board.pieces(Us, BISHOP);
+    add(Them, t.minorBehindPawn * popcount(minors & shiftUp<Them>(allPawns)));
     add(Us, score);
 }
 

@@ -21,8 +21,10 @@ void Evaluator::threats() {
     for (Bitboard b = weak & attackedBy[Us][ROOK]; b;)
         score += t.threatByRook[typeOf(board.squares[popLsb(b)])];
     if (weak & attackedBy[Us][KING]) score += t.threatByKing;
+    // Hanging: attacked and not defended, or a piece attacked twice. The derived weight is a
+    // penalty, charged to the side whose pieces hang.
     Bitboard hanging = weak & (~attackedBy[Them][0] | (theirPieces & attackedBy2[Us]));
-    score += t.hanging * popcount(hanging);
+    add(Them, t.hanging * popcount(hanging));
 
     Bitboard restricted = attackedBy[Them][0] & ~stronglyProtected & attackedBy[Us][0];
     score += t.restricted * popcount(restricted);

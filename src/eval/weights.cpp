@@ -86,11 +86,11 @@ constexpr WeightDefault DEFAULTS[WEIGHT_COUNT] = {
     {   10,    -1,    0,  4},  // 66  pawns: storming pawn on the fourth rank
     {   48,    -1,    0,  7},  // 67  patterns: blocked d2/e2 pawn
     {    1,    14,    0,  6},  // 68  threats: weak piece attacked by the king
-    {   36,    22,    0,  6},  // 69  threats: hanging piece
+    {   36,    22,    0,  6},  // 69  threats: hanging piece (penalty)
     {   11,    -1,   10,  4},  // 70  patterns: rook boxed in by its king
     {   14,    -1,   10,  4},  // 71  patterns: bishop trapped on a7/h7 or a6/h6
     {   11,    17,   10,  4},  // 72  patterns: knight trapped in an enemy corner
-    {   16,     4,    0,  5},  // 73  pieces: minor piece behind a pawn
+    {   16,     4,    0,  5},  // 73  pieces: minor piece behind a pawn (penalty to the enemy)
     {   11,    44,    0,  6},  // 74  pieces: rook on the seventh rank
 };
 // clang-format on
@@ -115,6 +115,8 @@ constinit WeightTable weights = [] {
     return table;
 }();
 
+int maxWeight(int id) { return DEFAULTS[id].base - 1 + (1 << DEFAULTS[id].bits); }
+
 void ResetWeights() {
     for (int id = 0; id < WEIGHT_COUNT; id++)
         weights.pairs[id] = {DEFAULTS[id].mg, DEFAULTS[id].eg};
@@ -137,7 +139,7 @@ std::string SetWeightCommand(const std::vector<std::string>& tokens) {
     if (id < 0 || id >= WEIGHT_COUNT) return "Incorrect weight id: (" + tokens[2] + ")";
     if (id == 0 || id == 1) return "";  // pawn and king values anchor the scale
 
-    int limit = DEFAULTS[id].base - 1 + (1 << DEFAULTS[id].bits);
+    int limit = maxWeight(id);
     if (mg > limit) mg = -2;
     if (eg > limit) eg = -2;
     if (mg < -1 || eg < -1)

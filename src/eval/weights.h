@@ -47,6 +47,8 @@ struct WeightTable {
 // search.
 extern WeightTable weights;
 
+// The largest value setweight accepts for either half of the id; the smallest is -1.
+int maxWeight(int id);
 // Writes the defaults into every entry; the caller recomputes.
 void ResetWeights();
 // Rebuilds every derived quantity from the current table.

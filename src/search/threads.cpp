@@ -168,7 +168,7 @@ void TMainSearchThread::run() {
     resetSearchState();
     prepareRootMoves();
     if (rootMoveCount == 0) {
-        consolePrint("bestmove (none) ponder (none)");
+        if (!testRun) consolePrint("bestmove (none) ponder (none)");
         return;
     }
     resetPollCountdown();
@@ -193,7 +193,6 @@ void TMainSearchThread::iterativeDeepening() {
         depth++;
         if ((limits.depth && depth > limits.depth) || depth >= MAX_DEPTH || stopFlag) break;
         if (limits.mate && bestScore > MATE_THRESHOLD && (MATE - bestScore + 1) / 2 <= limits.mate) break;
-        if (limits.mate && depth > 2 * limits.mate + 4) break;
         if (timeManager.clockMode() && !timeManager.pondering) {
             int64_t now = TimeManager::now();
             if ((now - iterationStart) * 3 / 10 >= timeManager.targetDeadline() - now) break;

@@ -67,7 +67,7 @@ bool Engine::loadepd(std::string& line) {
         return true;
     }
     testPositions.clear();
-    for (std::string text; std::getline(in, text);)
+    for (std::string text; readLine(in, text);)
         if (checkEpd(text) == 0) testPositions.push_back(text);
     consolePrint(std::to_string(testPositions.size()) + " positions loaded");
     return true;

@@ -30,7 +30,7 @@ bool Engine::runcmdfile(std::string& line) {
         return true;
     }
     commandFileDepth++;
-    for (std::string command; std::getline(in, command);)
+    for (std::string command; readLine(in, command);)
         if (command.size() > 2) dispatch(command);
     commandFileDepth--;
     return true;

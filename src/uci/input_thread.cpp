@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "core/text.h"
 #include "search/timeman.h"
 
 TInputThread::TInputThread() { reader = std::thread(&TInputThread::run, this); }
@@ -18,7 +19,7 @@ void TInputThread::run() {
             continue;
         }
         std::string next;
-        if (!std::getline(std::cin, next)) next = "quit";  // end of input ends the program
+        if (!readLine(std::cin, next)) next = "quit";  // end of input ends the program
         // Only an exact "quit" ends the reader; the flag is never cleared, so a stop requested
         // at shut-down is kept whatever line arrives last.
         if (next == "quit") stopRequested = 1;
