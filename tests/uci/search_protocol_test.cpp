@@ -26,6 +26,11 @@ void expectLegalLines(Referee& referee, const std::string& position, const Searc
     referee.expectLegal(position, moves, "bestmove and ponder");
 }
 
+void setThreads(EngineProcess& engine, int threads) {
+    EXPECT_EQ(engine.command("setoption name Threads value " + std::to_string(threads)), Lines{});
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));  // new workers reach their wait
+}
+
 void startInfinite(EngineProcess& engine, const std::string& fen) {
     engine.sendLine("position fen " + fen);
     engine.sendLine("go infinite");
@@ -41,9 +46,7 @@ TEST(SearchProtocol, DepthLimitedSearchReportsEveryIteration) {
     Referee referee;
     startReady(engine);
     for (int threads : {1, 8}) {
-        EXPECT_EQ(engine.command("setoption name Threads value " + std::to_string(threads)),
-                  Lines{});
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));  // new workers reach their wait
+        setThreads(engine, threads);
         for (const std::string& fen : {ITALIAN, MIDDLEGAME}) {
             engine.sendLine("position fen " + fen);
             engine.sendLine("go depth 6");
@@ -118,9 +121,7 @@ TEST(SearchProtocol, CommandsDuringAnInfiniteSearch) {
     Referee referee;
     startReady(engine);
     for (int threads : {1, 3}) {
-        EXPECT_EQ(engine.command("setoption name Threads value " + std::to_string(threads)),
-                  Lines{});
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        setThreads(engine, threads);
         startInfinite(engine, MIDDLEGAME);
         for (const std::string& line : engine.collectFor(300))
             EXPECT_FALSE(isBestMoveLine(line)) << "an infinite search ended by itself";
