@@ -14,31 +14,19 @@
 
 namespace {
 
+// clang-format off
 const std::vector<std::string> SEEDS = {
     "position startpos moves e2e4 e7e5 g1f3 b8c6 f1b5 a7a6",
     "position fen r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1 moves e1g1",
     "position fen 8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1 moves e2e4",
     "position fen rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e6 0 2",
     "position fen 4k3/8/8/8/8/8/8/4K2R w K - 99 80",
-    "perft 2",
-    "divide 1",
-    "print",
-    "flip",
-    "flop",
-    "setoption name Hash value 1",
-    "setoption name MultiPV value 2",
-    "setoption name Book File value nothing.mbk",
-    "setweight id 2 values 400 400",
-    "setweight default",
-    "tbtest krkp",
-    "e2e4",
-    "e7e8q",
-    "isready",
-    "showoption",
-    "go depth 2",
-    "eval",
-    "reset",
+    "perft 2", "divide 1", "print", "flip", "flop", "setoption name Hash value 1",
+    "setoption name MultiPV value 2", "setoption name Book File value nothing.mbk",
+    "setweight id 2 values 400 400", "setweight default", "tbtest krkp", "e2e4", "e7e8q",
+    "isready", "showoption", "go depth 2", "eval", "reset",
 };
+// clang-format on
 
 // One of: random bytes, a seed line with characters replaced, inserted, deleted or duplicated,
 // or two seed lines spliced.

@@ -1,6 +1,5 @@
 #include "engine_process.h"
 
-#include <errno.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -9,126 +8,85 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <regex>
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
+Clock::time_point deadlineIn(int ms) { return Clock::now() + std::chrono::milliseconds(ms); }
 int msUntil(Clock::time_point deadline) {
     auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    return left.count() > 0 ? int(left.count()) : 0;
+    return std::max(0, int(left.count()));
 }
-
-Clock::time_point deadlineIn(int ms) { return Clock::now() + std::chrono::milliseconds(ms); }
-
 void closeFd(int& fd) {
     if (fd >= 0) close(fd);
     fd = -1;
 }
-
-// The tail of the output seen so far, for failure messages.
-std::string lastLines(const std::vector<std::string>& lines) {
+std::string tail(const Lines& lines) {
     std::string text;
-    size_t from = lines.size() > 5 ? lines.size() - 5 : 0;
-    for (size_t i = from; i < lines.size(); i++) text += "\n  > " + lines[i].substr(0, 200);
+    for (size_t i = lines.size() > 5 ? lines.size() - 5 : 0; i < lines.size(); i++)
+        text += "\n  > " + lines[i].substr(0, 200);
     return text.empty() ? " (no output)" : text;
 }
 
 }  // namespace
 
 EngineProcess::EngineProcess(std::string workingDirectory) {
-    // A write to an engine that has died must fail the test, not kill the test program.
-    signal(SIGPIPE, SIG_IGN);
-
+    signal(SIGPIPE, SIG_IGN);  // a write to a dead engine fails the test, not the program
     if (workingDirectory.empty()) {
-        std::string pattern = (std::filesystem::temp_directory_path() / "morvane-e2e-XXXXXX");
+        std::string pattern = std::filesystem::temp_directory_path() / "morvane-e2e-XXXXXX";
         if (!mkdtemp(pattern.data())) {
-            ADD_FAILURE() << "cannot create a working directory: " << std::strerror(errno);
+            ADD_FAILURE() << "mkdtemp: " << strerror(errno);
             return;
         }
         ownDirectory = workingDirectory = pattern;
     }
-
-    int input[2], output[2], error[2];
-    if (pipe2(input, O_CLOEXEC) || pipe2(output, O_CLOEXEC) || pipe2(error, O_CLOEXEC)) {
-        ADD_FAILURE() << "pipe: " << std::strerror(errno);
+    int in[2], out[2], err[2];
+    if (pipe2(in, O_CLOEXEC) || pipe2(out, O_CLOEXEC) || pipe2(err, O_CLOEXEC)) {
+        ADD_FAILURE() << "pipe: " << strerror(errno);
         return;
     }
-    // Everything the child needs is prepared before the fork: after it, only exec-safe calls.
-    const char* binary = MORVANE_BINARY;
+    const char* binary = MORVANE_BINARY;  // prepared before the fork: after it, exec-safe calls
     char* const argv[] = {const_cast<char*>(binary), nullptr};
     pid = fork();
     if (pid == 0) {
-        dup2(input[0], STDIN_FILENO);
-        dup2(output[1], STDOUT_FILENO);
-        dup2(error[1], STDERR_FILENO);
-        if (chdir(workingDirectory.c_str()) != 0) _exit(126);
-        execv(binary, argv);
+        dup2(in[0], STDIN_FILENO), dup2(out[1], STDOUT_FILENO), dup2(err[1], STDERR_FILENO);
+        if (chdir(workingDirectory.c_str()) == 0) execv(binary, argv);
         _exit(127);
     }
-    close(input[0]);
-    close(output[1]);
-    close(error[1]);
-    toEngine = input[1];
-    fromEngine = output[0];
-    errorsFromEngine = error[0];
-    if (pid < 0) {
-        ADD_FAILURE() << "fork: " << std::strerror(errno);
-        closeFd(toEngine);
-        closeFd(fromEngine);
-        closeFd(errorsFromEngine);
-        return;
-    }
+    close(in[0]), close(out[1]), close(err[1]);
+    toEngine = in[1], fromEngine = out[0], errorsFromEngine = err[0];
+    if (pid < 0) ADD_FAILURE() << "fork: " << strerror(errno);
     for (int fd : {toEngine, fromEngine, errorsFromEngine})
         fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK);
 }
 
 EngineProcess::~EngineProcess() {
     closeFd(toEngine);
-    if (pid > 0 && !exitStatus) {
-        kill(pid, SIGKILL);
-        int status = 0;
-        waitpid(pid, &status, 0);
-    }
+    if (pid > 0 && !exitStatus) kill(pid, SIGKILL), waitpid(pid, nullptr, 0);
     closeFd(fromEngine);
     closeFd(errorsFromEngine);
-    if (!ownDirectory.empty()) {
-        std::error_code ignored;
-        std::filesystem::remove_all(ownDirectory, ignored);
-    }
+    std::error_code ignored;
+    if (!ownDirectory.empty()) std::filesystem::remove_all(ownDirectory, ignored);
 }
 
-bool EngineProcess::pump(int timeoutMs, bool wantWrite) {
-    pollfd fds[3];
-    int count = 0;
-    if (fromEngine >= 0) fds[count++] = {fromEngine, POLLIN, 0};
-    if (errorsFromEngine >= 0) fds[count++] = {errorsFromEngine, POLLIN, 0};
-    if (wantWrite && toEngine >= 0) fds[count++] = {toEngine, POLLOUT, 0};
-    int ready = poll(fds, count, timeoutMs);
-    if (ready <= 0) return false;
-    for (int i = 0; i < count; i++) {
-        if (!fds[i].revents) continue;
-        if (fds[i].fd == toEngine) continue;  // writable (or broken): the writer finds out
-        bool isOutput = fds[i].fd == fromEngine;
+bool EngineProcess::pump(int timeoutMs) {
+    pollfd fds[2] = {{fromEngine, POLLIN, 0}, {errorsFromEngine, POLLIN, 0}};
+    if (poll(fds, 2, timeoutMs) <= 0) return false;
+    for (pollfd& p : fds) {
+        if (p.fd < 0 || !p.revents) continue;
         char buffer[65536];
-        ssize_t got = read(fds[i].fd, buffer, sizeof buffer);
+        ssize_t got = read(p.fd, buffer, sizeof buffer);
+        int& fd = p.fd == fromEngine ? fromEngine : errorsFromEngine;
         if (got > 0)
-            (isOutput ? pending : errors).append(buffer, size_t(got));
+            (fd == fromEngine ? pending : errors).append(buffer, size_t(got));
         else if (got == 0 || (errno != EAGAIN && errno != EINTR))
-            closeFd(isOutput ? fromEngine : errorsFromEngine);
+            closeFd(fd);
     }
     return true;
-}
-
-std::optional<std::string> EngineProcess::takeLine() {
-    size_t end = pending.find('\n');
-    if (end == std::string::npos) return std::nullopt;
-    std::string line = pending.substr(0, end);
-    pending.erase(0, end + 1);
-    return line;
 }
 
 std::string EngineProcess::write(std::string_view bytes) {
@@ -138,15 +96,13 @@ std::string EngineProcess::write(std::string_view bytes) {
         ssize_t written = ::write(toEngine, bytes.data(), bytes.size());
         if (written > 0) {
             bytes.remove_prefix(size_t(written));
-            continue;
+        } else if (errno == EPIPE) {
+            return "the engine no longer reads its input";
+        } else if (msUntil(deadline) == 0) {
+            return "the engine stopped reading its input";
+        } else {
+            pump(10);  // the pipe is full: drain the output so that the engine reads on
         }
-        if (written < 0 && errno == EPIPE) return "the engine no longer reads its input (exited?)";
-        if (written < 0 && errno != EAGAIN && errno != EINTR)
-            return std::string("write: ") + std::strerror(errno);
-        // The pipe is full: keep draining the engine's output meanwhile, otherwise an engine
-        // blocked on writing would never read on.
-        if (msUntil(deadline) == 0) return "the engine stopped reading its input";
-        pump(std::min(msUntil(deadline), 50), true);
     }
     return "";
 }
@@ -160,94 +116,62 @@ bool EngineProcess::trySendLine(std::string_view line) {
     return write(std::string(line) + '\n').empty();
 }
 
-void EngineProcess::sendLine(std::string_view line) {
-    std::string text(line);
-    text += '\n';
-    sendRaw(text);
-}
-
 void EngineProcess::closeInput() { closeFd(toEngine); }
 
 std::optional<std::string> EngineProcess::readLine(int timeoutMs) {
     auto deadline = deadlineIn(timeoutMs);
     for (;;) {
-        if (auto line = takeLine()) return line;
-        if (fromEngine < 0) {
-            if (pending.empty()) return std::nullopt;
-            std::string rest;  // a last line without its newline
-            std::swap(rest, pending);
-            return rest;
+        if (size_t end = pending.find('\n'); end != std::string::npos) {
+            std::string line = pending.substr(0, end);
+            pending.erase(0, end + 1);
+            return line;
         }
-        int left = msUntil(deadline);
-        if (left == 0) return std::nullopt;
-        pump(left);
+        if (fromEngine < 0 && !pending.empty()) return std::exchange(pending, "");
+        if (fromEngine < 0 || msUntil(deadline) == 0) return std::nullopt;
+        pump(msUntil(deadline));
     }
 }
 
-std::vector<std::string> EngineProcess::readLines(size_t count, int timeoutMs) {
-    auto deadline = deadlineIn(timeoutMs);
-    std::vector<std::string> lines;
-    while (lines.size() < count) {
-        auto line = readLine(msUntil(deadline));
-        if (!line) {
-            ADD_FAILURE() << "expected " << count << " lines, got " << lines.size() << " within "
-                          << timeoutMs << " ms:" << lastLines(lines);
-            break;
-        }
-        lines.push_back(*line);
-    }
-    return lines;
+Lines EngineProcess::readLines(size_t count, int timeoutMs) {
+    size_t seen = 0;
+    if (count == 0) return {};
+    return readLinesUntil([&](const std::string&) { return ++seen == count; }, timeoutMs);
 }
 
-std::vector<std::string> EngineProcess::readLinesUntil(
-    const std::function<bool(const std::string&)>& done, int timeoutMs) {
+Lines EngineProcess::readLinesUntil(const std::function<bool(const std::string&)>& done,
+                                    int timeoutMs) {
     auto deadline = deadlineIn(timeoutMs);
-    std::vector<std::string> lines;
-    for (;;) {
-        auto line = readLine(msUntil(deadline));
-        if (!line) {
-            ADD_FAILURE() << "the awaited line did not come within " << timeoutMs
-                          << " ms; last lines:" << lastLines(lines);
-            return lines;
-        }
+    Lines lines;
+    while (auto line = readLine(msUntil(deadline))) {
         lines.push_back(*line);
         if (done(*line)) return lines;
     }
-}
-
-std::vector<std::string> EngineProcess::readLinesUntil(const std::string& line, int timeoutMs) {
-    return readLinesUntil([&](const std::string& text) { return text == line; }, timeoutMs);
-}
-
-std::vector<std::string> EngineProcess::collectFor(int ms) {
-    auto deadline = deadlineIn(ms);
-    std::vector<std::string> lines;
-    while (int left = msUntil(deadline)) {
-        pump(left);
-        while (auto line = takeLine()) lines.push_back(*line);
-        if (fromEngine < 0) break;
-    }
-    while (auto line = takeLine()) lines.push_back(*line);
+    ADD_FAILURE() << "the awaited line did not come within " << timeoutMs << " ms:" << tail(lines);
     return lines;
 }
 
-void EngineProcess::expectBanner() {
-    auto line = readLine();
-    ASSERT_TRUE(line.has_value()) << "no banner";
-    EXPECT_EQ(*line, BANNER);
+Lines EngineProcess::readLinesUntil(const std::string& line, int timeoutMs) {
+    return readLinesUntil([&](const std::string& text) { return text == line; }, timeoutMs);
 }
 
-std::vector<std::string> EngineProcess::command(const std::vector<std::string>& lines,
-                                                int timeoutMs) {
+Lines EngineProcess::collectFor(int ms) {
+    auto deadline = deadlineIn(ms);
+    Lines lines;
+    do {
+        for (size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1))
+            lines.push_back(pending.substr(0, end));
+    } while (fromEngine >= 0 && msUntil(deadline) > 0 && (pump(msUntil(deadline)), true));
+    return lines;
+}
+
+void EngineProcess::expectBanner() { EXPECT_EQ(readLine(), BANNER); }
+
+Lines EngineProcess::command(const Lines& lines, int timeoutMs) {
     for (const std::string& line : lines) sendLine(line);
     sendLine("isready");
-    std::vector<std::string> output = readLinesUntil("readyok", timeoutMs);
+    Lines output = readLinesUntil("readyok", timeoutMs);
     if (!output.empty() && output.back() == "readyok") output.pop_back();
     return output;
-}
-
-std::vector<std::string> EngineProcess::command(const std::string& line, int timeoutMs) {
-    return command(std::vector<std::string>{line}, timeoutMs);
 }
 
 void EngineProcess::reap(int status) {
@@ -255,8 +179,8 @@ void EngineProcess::reap(int status) {
 }
 
 bool EngineProcess::running() {
-    if (pid <= 0 || exitStatus) return false;
     int status = 0;
+    if (pid <= 0 || exitStatus) return false;
     if (waitpid(pid, &status, WNOHANG) != pid) return true;
     reap(status);
     return false;
@@ -266,18 +190,33 @@ std::optional<int> EngineProcess::waitExit(int timeoutMs) {
     auto deadline = deadlineIn(timeoutMs);
     while (running()) {
         if (msUntil(deadline) == 0) {
-            kill(pid, SIGKILL);
             int status = 0;
-            waitpid(pid, &status, 0);
-            reap(status);
+            kill(pid, SIGKILL), waitpid(pid, &status, 0), reap(status);
             ADD_FAILURE() << "the engine did not exit within " << timeoutMs << " ms; killed";
             return std::nullopt;
         }
-        // Keep reading so that an engine writing its last lines is not blocked by a full pipe.
-        if (!pump(std::min(msUntil(deadline), 10))) usleep(1000);
+        if (!pump(10)) usleep(1000);  // keep reading, so that its last lines do not block it
     }
-    // Collect what the engine wrote just before it ended, so that its output is complete.
     while ((fromEngine >= 0 || errorsFromEngine >= 0) && msUntil(deadline) > 0)
         pump(msUntil(deadline));
     return exitStatus;
+}
+
+void expectTranscript(EngineProcess& engine, const std::vector<Exchange>& rows, int timeoutMs) {
+    for (const Exchange& row : rows) {
+        const std::string what = row.send.empty() ? "(nothing)" : row.send.front().substr(0, 60);
+        for (const std::string& line : row.send) engine.sendLine(line);
+        engine.sendLine("isready");
+        Lines expected = row.expect, output = engine.readLines(expected.size() + 1, timeoutMs);
+        expected.push_back("readyok");
+        for (size_t i = 0; i < output.size(); i++) {
+            const std::string& want = expected[i];
+            EXPECT_TRUE(want.starts_with("~")
+                            ? std::regex_match(output[i], std::regex(want.substr(1)))
+                            : output[i] == want)
+                << what << ": line " << i + 1 << " [" << output[i] << "], expected [" << want
+                << "]";
+        }
+    }
+    EXPECT_EQ(engine.command(Lines{}), Lines{}) << "more output than the transcript expects";
 }

@@ -1,5 +1,4 @@
-// A directory of its own for an engine and the files it reads, removed with everything in it
-// afterwards.
+// A directory of its own for an engine and the files it reads, removed with its contents.
 #pragma once
 
 #include <stdlib.h>
@@ -17,9 +16,9 @@ struct ScratchDirectory {
         if (mkdtemp(pattern.data())) path = pattern;
     }
     ScratchDirectory(const ScratchDirectory&) = delete;
-    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
     ~ScratchDirectory() {
-        if (!path.empty()) std::filesystem::remove_all(path);
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
     }
     void write(const std::string& name, const std::string& bytes) {
         std::ofstream(path / name, std::ios::binary) << bytes;

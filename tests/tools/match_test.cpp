@@ -122,15 +122,11 @@ TEST(MatchRules, AdjudicatesByTheEnginesScores) {
         Result result;
     };
     const std::optional<int> none;
+    // clang-format off
     const Case cases[] = {
         {"both agree twice each", {2, 600}, {}, {700, -700, 700, -700}, 4, Result::WhiteWins},
         {"the loser is the mover", {2, 600}, {}, {-650, 600, -900, 700}, 4, Result::BlackWins},
-        {"mate scores count",
-         {1, 600},
-         {},
-         {MATE_SCORE - 3, -MATE_SCORE + 2},
-         2,
-         Result::WhiteWins},
+        {"mate scores count", {1, 600}, {}, {MATE_SCORE - 3, -MATE_SCORE + 2}, 2, Result::WhiteWins},
         {"streak broken", {2, 600}, {}, {700, -700, 500, -700, 700}, 0, Result::None},
         {"loser disagrees", {2, 600}, {}, {700, 0, 700, 0, 700, 0}, 0, Result::None},
         {"no score breaks it", {1, 600}, {}, {700, none, 700}, 0, Result::None},
@@ -141,6 +137,7 @@ TEST(MatchRules, AdjudicatesByTheEnginesScores) {
         {"one score too big", {}, {0, 2, 10}, {0, 11, 0, 0, 0}, 0, Result::None},
         {"draw rule off", {}, {}, {0, 0, 0, 0}, 0, Result::None},
     };
+    // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         ScoreAdjudicator adjudicator(c.resign, c.draw);
@@ -281,43 +278,33 @@ TEST(MatchOptions, ReadsTheCommandLineAndRejectsBrokenOnes) {
         std::string line;
         const char* error;  // a part of the message; empty when the line is sound
     };
+    // clang-format off
     const Case cases[] = {
         {two, ""},
-        {two + "--tc 10+0.1 --games 100 --concurrency 2 --pgn out.pgn --openings o.epd --start 5",
-         ""},
-        {two + "--depth 8 --resign movecount=3 score=600 --draw movenumber=40 movecount=8 score=10",
-         ""},
+        {two + "--tc 10+0.1 --games 100 --concurrency 2 --pgn out.pgn --openings o.epd --start 5", ""},
+        {two + "--depth 8 --resign movecount=3 score=600 --draw movenumber=40 movecount=8 score=10", ""},
         {two + "--sprt elo0=0 elo1=5 alpha=0.05 beta=0.05 --nodes 1000", ""},
         {two + "--engine cmd=c --gauntlet", ""},
-        {"--engine cmd=a", "at least two engines"},
-        {"--engine name=x --engine cmd=b", "cmd= is required"},
+        {"--engine cmd=a", "at least two engines"}, {"--engine name=x --engine cmd=b", "cmd= is required"},
         {"--engine cmd=a Threads=2 --engine cmd=b", "unknown key 'Threads'"},
         {"--engine cmd=a option.=2 --engine cmd=b", "option without a name"},
         {"--engine cmd=a plain --engine cmd=b", "expected key=value"},
-        {two + "--tc", "--tc: expected"},
-        {two + "--tc 10+", "--tc: expected"},
-        {two + "--tc abc", "--tc: expected"},
-        {two + "--tc -5", "--tc: expected"},
-        {two + "--tc 0+1", "--tc: expected"},
-        {two + "--tc 10 20", "--tc: expected"},
+        {two + "--tc", "--tc: expected"}, {two + "--tc 10+", "--tc: expected"},
+        {two + "--tc abc", "--tc: expected"}, {two + "--tc -5", "--tc: expected"},
+        {two + "--tc 0+1", "--tc: expected"}, {two + "--tc 10 20", "--tc: expected"},
         {two + "--tc 10 --depth 5", "one of --tc, --depth and --nodes"},
-        {two + "--depth 0", "--depth: bad value"},
-        {two + "--depth x", "--depth: bad value"},
-        {two + "--games", "--games takes one value"},
-        {two + "--games 0", "--games: bad value"},
-        {two + "--concurrency 2x", "--concurrency: bad value"},
-        {two + "--start -1", "--start: bad value"},
+        {two + "--depth 0", "--depth: bad value"}, {two + "--depth x", "--depth: bad value"},
+        {two + "--games", "--games takes one value"}, {two + "--games 0", "--games: bad value"},
+        {two + "--concurrency 2x", "--concurrency: bad value"}, {two + "--start -1", "--start: bad value"},
         {two + "--resign movecount=3", "missing score="},
         {two + "--resign movecount=3 score=600 depth=2", "unknown key 'depth'"},
         {two + "--draw movenumber=40 movecount=0 score=10", "bad value for movecount"},
-        {two + "--sprt elo0=5 elo1=0", "elo1 must exceed elo0"},
-        {two + "--sprt alpha=0.7", "alpha and beta"},
-        {two + "--sprt elo1=five", "bad value for elo1"},
-        {two + "--engine cmd=c --sprt", "exactly two engines"},
-        {two + "--gauntlet yes", "takes no value"},
-        {two + "--colour white", "unknown option --colour"},
+        {two + "--sprt elo0=5 elo1=0", "elo1 must exceed elo0"}, {two + "--sprt alpha=0.7", "alpha and beta"},
+        {two + "--sprt elo1=five", "bad value for elo1"}, {two + "--engine cmd=c --sprt", "exactly two engines"},
+        {two + "--gauntlet yes", "takes no value"}, {two + "--colour white", "unknown option --colour"},
         {"stray " + two, "unexpected 'stray'"},
     };
+    // clang-format on
     for (const Case& c : cases) {
         MatchOptions options;
         std::string error = parseOptions(words(c.line), options);
@@ -412,30 +399,22 @@ TEST(MatchGame, PlaysGamesAndScoresEveryFault) {
         size_t moves;
     };
     const std::string shuffle = "play " + KNIGHT_SHUFFLE;
+    // clang-format off
     const Case cases[] = {
-        {"mate", "play " + FOOLS_MATE, "play " + FOOLS_MATE, "", Result::BlackWins,
-         Termination::Normal, "Black mates", 4},
-        {"repetition", shuffle, shuffle, "", Result::Draw, Termination::Normal,
-         "Draw by threefold repetition", 8},
-        {"from a position", "play a1a8", "play", "7k/8/6K1/8/8/8/8/R7 w - -", Result::WhiteWins,
-         Termination::Normal, "White mates", 1},
-        {"illegal move", "illegal", shuffle, "", Result::BlackWins, Termination::IllegalMove,
-         "White makes an illegal move: a1a8", 0},
-        {"move past the end of its script", "play g1f3", shuffle, "", Result::BlackWins,
-         Termination::IllegalMove, "White makes an illegal move: ", 2},
-        {"crash", shuffle, "crash", "", Result::WhiteWins, Termination::Crash, "Black disconnects",
-         1},
+        {"mate", "play " + FOOLS_MATE, "play " + FOOLS_MATE, "", Result::BlackWins, Termination::Normal, "Black mates", 4},
+        {"repetition", shuffle, shuffle, "", Result::Draw, Termination::Normal, "Draw by threefold repetition", 8},
+        {"from a position", "play a1a8", "play", "7k/8/6K1/8/8/8/8/R7 w - -", Result::WhiteWins, Termination::Normal, "White mates", 1},
+        {"illegal move", "illegal", shuffle, "", Result::BlackWins, Termination::IllegalMove, "White makes an illegal move: a1a8", 0},
+        {"move past the end of its script", "play g1f3", shuffle, "", Result::BlackWins, Termination::IllegalMove, "White makes an illegal move: ", 2},
+        {"crash", shuffle, "crash", "", Result::WhiteWins, Termination::Crash, "Black disconnects", 1},
         {"stall", shuffle, "stall", "", Result::WhiteWins, Termination::Stall, "Black stalls", 1},
         {"no uciok", "mute", shuffle, "", Result::BlackWins, Termination::Stall, "White stalls", 0},
-        {"cannot start", shuffle, "", "", Result::WhiteWins, Termination::Crash,
-         "Black disconnects", 0},
-        {"time forfeit", "slow " + KNIGHT_SHUFFLE, shuffle, "", Result::BlackWins,
-         Termination::TimeForfeit, "White loses on time", 0},
-        {"resignation", "score 700 " + KNIGHT_SHUFFLE, "score -700 " + KNIGHT_SHUFFLE, "",
-         Result::WhiteWins, Termination::Adjudication, "White wins by adjudication", 4},
-        {"draw by scores", "score 3 " + KNIGHT_SHUFFLE, "score -3 " + KNIGHT_SHUFFLE, "",
-         Result::Draw, Termination::Adjudication, "Draw by adjudication", 2},
+        {"cannot start", shuffle, "", "", Result::WhiteWins, Termination::Crash, "Black disconnects", 0},
+        {"time forfeit", "slow " + KNIGHT_SHUFFLE, shuffle, "", Result::BlackWins, Termination::TimeForfeit, "White loses on time", 0},
+        {"resignation", "score 700 " + KNIGHT_SHUFFLE, "score -700 " + KNIGHT_SHUFFLE, "", Result::WhiteWins, Termination::Adjudication, "White wins by adjudication", 4},
+        {"draw by scores", "score 3 " + KNIGHT_SHUFFLE, "score -3 " + KNIGHT_SHUFFLE, "", Result::Draw, Termination::Adjudication, "Draw by adjudication", 2},
     };
+    // clang-format on
     GameSettings settings;
     settings.timeControl = *TimeControl::parseClock("0.1");
     settings.handshakeTimeoutMs = 300;
@@ -481,22 +460,13 @@ TEST(MatchGame, SpeaksUciInOrder) {
     std::ifstream log(directory + "/uci.log");
     std::vector<std::string> lines;
     for (std::string line; std::getline(log, line);) lines.push_back(line);
+    // clang-format off
     EXPECT_EQ(lines, (std::vector<std::string>{
-                         "uci",
-                         "setoption name Hash value 16",
-                         "setoption name Threads value 1",
-                         "ucinewgame",
-                         "isready",
-                         "position startpos",
-                         "go depth 3",
-                         "position startpos moves f2f3 e7e5",
-                         "go depth 3",
-                         "ucinewgame",
-                         "isready",
-                         "position fen 7k/8/6K1/8/8/8/8/R7 b - - 0 1 moves h8g8",
-                         "go depth 3",
-                         "quit",
-                     }));
+        "uci", "setoption name Hash value 16", "setoption name Threads value 1", "ucinewgame",
+        "isready", "position startpos", "go depth 3", "position startpos moves f2f3 e7e5",
+        "go depth 3", "ucinewgame", "isready",
+        "position fen 7k/8/6K1/8/8/8/8/R7 b - - 0 1 moves h8g8", "go depth 3", "quit"}));
+    // clang-format on
     std::filesystem::remove_all(directory);
 }
 

@@ -38,65 +38,53 @@ const Lines INVALID = {
 
 }  // namespace
 
-// Each row: a command and the lines it prints, as regular expressions; the rows run in order on
-// one engine, so each load replaces what the rows before it loaded.
+// Each row: a command and the lines it prints; the rows run in order on one engine, so each
+// load replaces what the rows before it loaded.
 TEST(Epd, LoadAndRunReplies) {
     ScratchDirectory directory;
-    ASSERT_FALSE(directory.path.empty());
-    Lines suite = {BACK_RANK_MATE, INVALID[0], HANGING_QUEEN, INVALID[1],    TWO_BEST_MOVES,
-                   INVALID[2],     PROMOTION,  INVALID[3],    SCHOLARS_MATE, INVALID[4],
-                   WRONG_MOVE,     INVALID[5], MATE_IN_TWO};
-    directory.writeLines("suite.epd", suite);
+    directory.writeLines(
+        "suite.epd",
+        {BACK_RANK_MATE, INVALID[0], HANGING_QUEEN, INVALID[1], TWO_BEST_MOVES, INVALID[2],
+         PROMOTION, INVALID[3], SCHOLARS_MATE, INVALID[4], WRONG_MOVE, INVALID[5], MATE_IN_TWO});
     directory.writeLines("small.epd", {HANGING_QUEEN, INVALID[1], WRONG_MOVE});
     directory.writeLines("invalid.epd", INVALID);
     directory.writeLines("unplayable.epd", {"4k3/8/8/8/8/8/8/3RK3 w - - bm Qh5; id \"no queen\";"});
-
-    struct Case {
-        std::string line;
-        Lines reply;  // regular expressions, one per line
+    auto solved = [](int n, int of) {
+        return Lines{"~solved " + std::to_string(n) + "/" + std::to_string(of) + " in [0-9]+ ms",
+                     "Score: " + std::to_string(n)};
     };
-    const Case cases[] = {
-        // Nothing loaded yet: no search, 0 of 0.
-        {"runepd", {"solved 0/0 in [0-9]+ ms", "Score: 0"}},
-        {"runepd -q", {"0"}},
-        {"loadepd", {"usage: loadepd filename\\.epd"}},
-        {"loadepd \t ", {"usage: loadepd filename\\.epd"}},
-        {"loadepd missing.epd", {"file missing\\.epd not found"}},
-        {"loadepd suite.epd", {"7 positions loaded"}},
-        // Depth 1 misses only the sacrifice (and never plays Kf2); depth 2 and 3 find it.
-        {"runepd", {"solved 5/7 in [0-9]+ ms", "Score: 5"}},
-        {"runepd -q", {"5"}},
-        {"runepd -d2", {"solved 6/7 in [0-9]+ ms", "Score: 6"}},
-        {"runepd -d3 -q", {"6"}},
-        {"runepd -q -d2", {"6"}},
-        {"runepd -d3 -d2", {"solved 6/7 in [0-9]+ ms", "Score: 6"}},
-        {"runwdlfen suite.epd", {"0"}},
-        // A failed load leaves the list as it was. The transposition table now holds the deeper
-        // searches, which a depth-1 run may reuse to find the mate, so this run is to depth 2.
-        {"loadepd missing.epd", {"file missing\\.epd not found"}},
-        {"runepd -d2 -q", {"6"}},
-        // A second load replaces the list, also with fewer lines.
-        {"loadepd small.epd", {"2 positions loaded"}},
-        {"runepd", {"solved 1/2 in [0-9]+ ms", "Score: 1"}},
-        {"loadepd invalid.epd", {"0 positions loaded"}},
-        {"runepd", {"solved 0/0 in [0-9]+ ms", "Score: 0"}},
-        // A best move that is not a move of the position is never solved, loaded or not.
-        {"loadepd unplayable.epd", {"[01] positions loaded"}},
-        {"runepd", {"solved 0/[01] in [0-9]+ ms", "Score: 0"}},
-        {"loadepd suite.epd", {"7 positions loaded"}},
-        {"runepd -d3", {"solved 6/7 in [0-9]+ ms", "Score: 6"}},
-    };
-
+    const Lines USAGE = {"usage: loadepd filename.epd"}, MISSING = {"file missing.epd not found"};
     EngineProcess engine(directory.path);
     engine.expectBanner();
-    for (const Case& c : cases) {
-        Lines output = engine.command(c.line, 20000);
-        ASSERT_EQ(output.size(), c.reply.size())
-            << c.line << (output.empty() ? "" : "\n  > ") << (output.empty() ? "" : output[0]);
-        for (size_t i = 0; i < output.size(); i++)
-            EXPECT_TRUE(std::regex_match(output[i], std::regex(c.reply[i])))
-                << c.line << ": [" << output[i] << "] against " << c.reply[i];
-    }
+    expectTranscript(
+        engine,
+        {
+            {{"runepd"}, solved(0, 0)},  // nothing loaded yet: no search, 0 of 0
+            {{"runepd -q"}, {"0"}},
+            {{"loadepd", "loadepd \t "}, {USAGE[0], USAGE[0]}},
+            {{"loadepd missing.epd"}, MISSING},
+            {{"loadepd suite.epd"}, {"7 positions loaded"}},
+            // Depth 1 misses only the sacrifice (and never plays Kf2); depth 2 and 3 find it.
+            {{"runepd"}, solved(5, 7)},
+            {{"runepd -q", "runepd -d2", "runepd -d3 -q", "runepd -q -d2"},
+             {"5", solved(6, 7)[0], "Score: 6", "6", "6"}},
+            {{"runepd -d3 -d2"}, solved(6, 7)},
+            {{"runwdlfen suite.epd"}, {"0"}},
+            // A failed load leaves the list. The table now holds the deeper searches, which a
+            // depth-1 run may reuse to find the mate, so this run is to depth 2.
+            {{"loadepd missing.epd", "runepd -d2 -q"}, {MISSING[0], "6"}},
+            // A second load replaces the list, also with fewer lines.
+            {{"loadepd small.epd"}, {"2 positions loaded"}},
+            {{"runepd"}, solved(1, 2)},
+            {{"loadepd invalid.epd"}, {"0 positions loaded"}},
+            {{"runepd"}, solved(0, 0)},
+            // A best move that is not a move of the position is loaded, and never solved.
+            {{"loadepd unplayable.epd"}, {"1 positions loaded"}},
+            {{"runepd"}, solved(0, 1)},
+            {{"loadepd suite.epd"}, {"7 positions loaded"}},
+            {{"runepd -d3"}, solved(6, 7)},
+        },
+        20000);
 }
 
 // A missing file is answered at once, not after the retries meant for a file that is there but
