@@ -1,4 +1,4 @@
-// Attack tables: magic slider lookups against a slow ray walk, and the attacked-square test.
+// Attack tables: magic slider lookups against a slow ray walk.
 #include <gtest/gtest.h>
 
 #include "core/names.h"
@@ -26,8 +26,6 @@ Bitboard rayWalk(int sq, Bitboard occ, const int (*steps)[2], bool edges = true)
     return b;
 }
 
-int square(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
-
 }  // namespace
 
 // Every subset of every relevant mask, with random bits outside the mask, must give the ray-walk
@@ -49,32 +47,5 @@ TEST(Attacks, MagicLookupsMatchRayWalkForEveryMaskSubset) {
                 subset = (subset - mask) & mask;
             } while (subset);
         }
-    }
-}
-
-TEST(Attacks, AttackedSquares) {
-    struct Case {
-        const char* fen;
-        const char* square;
-        Color by;
-        bool attacked;
-    } cases[] = {
-        // The king does not shield the square behind it from the slider that checks it; any
-        // other piece does.
-        {"4r1k1/8/8/8/8/8/4K3/8 w - - 0 1", "e1", Black, true},
-        {"4r1k1/8/8/8/8/8/4N3/4K3 w - - 0 1", "e1", Black, false},
-        // Pawns attack diagonally forward only.
-        {"4k3/8/8/8/4P3/8/8/4K3 w - - 0 1", "d5", White, true},
-        {"4k3/8/8/8/4P3/8/8/4K3 w - - 0 1", "e5", White, false},
-        {"4k3/8/8/8/4P3/8/8/4K3 w - - 0 1", "d3", White, false},
-        {"4k3/8/8/4p3/8/8/8/4K3 w - - 0 1", "f4", Black, true},
-        {"4k3/8/8/8/3q4/8/8/K7 w - - 0 1", "h8", Black, true},
-        {"4k3/8/8/8/3q4/4N3/8/K7 w - - 0 1", "f2", Black, false},
-    };
-    auto board = coretest::newBoard();
-    for (const Case& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        EXPECT_EQ(board->isAttacked(square(c.square), c.by), c.attacked)
-            << c.fen << " " << c.square;
     }
 }
