@@ -35,7 +35,7 @@ TEST(Notation, ParseMove) {
         {START, "e7e5", move(B_PAWN, "e7", "e5"), false},
         // A promotion letter on a move that does not promote makes it illegal.
         {START, "e2e4q", move(W_PAWN, "e2", "e4", 0, 3), false},
-        {START, "e2e4n", move(W_PAWN, "e2", "e4", 0, 0), false},
+        {START, "e2e4n", move(W_PAWN, "e2", "e4", 0, 3), false},
         {START, "a1a", 0, false},
         {START, "i2i4", 0, false},
         {START, "E2E4", 0, false},
