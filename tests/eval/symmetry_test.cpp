@@ -23,15 +23,13 @@ std::string withoutCastling(const std::string& epd) {
 
 }  // namespace
 
+// The tool's own check over random games from the bench positions.
 TEST(EvalTest, ReportsNoErrors) {
     Board board;
     Evaluator evaluator(board);
     std::vector<std::string> report = evalTest(board, evaluator);
-    ASSERT_EQ(report.size(), 2u) << report[1];
-    int generated = std::stoi(report[0].substr(10));
-    EXPECT_EQ(report[0], "Generated " + std::to_string(generated) + " positions");
-    EXPECT_GT(generated, 2500);
-    EXPECT_LE(generated, 3000);
+    ASSERT_EQ(report.size(), 2u);
+    EXPECT_GT(std::stoi(report[0].substr(10)), 2500) << report[0];
     EXPECT_EQ(report[1], "evaltest finished with 0 errors");
 }
 
