@@ -1,5 +1,5 @@
-// Endgame ids: every named configuration in both colour orientations, and the material that
-// stays unnamed. (Make and unmake keep the id equal to a fresh set-up: see the make-move tests.)
+// Endgame ids of set-up positions. (Make and unmake keep the id equal to a fresh set-up: see the
+// make-move tests.)
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -22,7 +22,9 @@ std::string fenOfName(std::string_view name, bool firstIsWhite) {
 
 }  // namespace
 
-TEST(EndgameMap, EveryNameInBothOrientations) {
+// Every name in both colour orientations; then six men, which are never classified, unnamed
+// configurations, and bishops, which are counted, not told apart by square colour.
+TEST(EndgameMap, Classification) {
     auto board = coretest::newBoard();
     for (int id = KK; id < ENDGAME_ID_COUNT; id++) {
         for (bool firstIsWhite : {true, false}) {
@@ -31,24 +33,11 @@ TEST(EndgameMap, EveryNameInBothOrientations) {
             EXPECT_EQ(board->state().endgameId, id) << ENDGAME_NAMES[id] << " as " << fen;
         }
     }
-}
-
-// Six men are never classified, nor unnamed configurations of five or fewer; bishops are
-// counted, not told apart by square colour.
-TEST(EndgameMap, Classification) {
-    struct Case {
-        const char* fen;
-        EndGameId id;
-    } cases[] = {
-        {"r3k3/p7/8/8/8/8/P7/R3K3 w - - 0 1", UNKNOWN},
-        {"4k3/8/8/8/8/8/P7/1N2K3 w - - 0 1", UNKNOWN},
-        {"4k3/8/8/8/8/8/8/QQ2K3 w - - 0 1", UNKNOWN},
-        {"4k3/8/8/8/8/8/8/B1B1K3 w - - 0 1", KBBK},
-        {"4k3/8/8/8/8/8/8/BB2K3 w - - 0 1", KBBK},
-    };
-    auto board = coretest::newBoard();
-    for (const Case& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        EXPECT_EQ(board->state().endgameId, c.id) << c.fen;
+    for (auto [fen, id] : {std::pair{"r3k3/p7/8/8/8/8/P7/R3K3 w - - 0 1", UNKNOWN},
+                           {"4k3/8/8/8/8/8/P7/1N2K3 w - - 0 1", UNKNOWN},
+                           {"4k3/8/8/8/8/8/8/QQ2K3 w - - 0 1", UNKNOWN},
+                           {"4k3/8/8/8/8/8/8/BB2K3 w - - 0 1", KBBK}}) {
+        ASSERT_EQ(board->setFen(fen), 0) << fen;
+        EXPECT_EQ(board->state().endgameId, id) << fen;
     }
 }

@@ -1,23 +1,7 @@
-// Zobrist keys: the table layout and the standard book keys of known positions.
-#include "core/zobrist.h"
-
+// Zobrist keys: the standard book keys of known positions, and the reduced key of move lists.
 #include <gtest/gtest.h>
 
 #include "test_positions.h"
-
-// The pawn key uses the piece keys of pawns and kings only; only the en-passant target ranks
-// carry a key, one per file. (The book keys below fix the values themselves.)
-TEST(Zobrist, PawnKingAndEnPassantKeys) {
-    ZobristKeys keys;
-    for (int sq = 0; sq < 64; sq++) {
-        for (int piece = W_PAWN; piece <= B_KING; piece++) {
-            bool pawnOrKing = typeOf(piece) == PAWN || typeOf(piece) == KING;
-            EXPECT_EQ(keys.pawnKingKey[sq][piece], pawnOrKing ? keys.pieceKey[sq][piece] : 0u);
-        }
-        bool epRank = rankOf(sq) == 2 || rankOf(sq) == 5;
-        EXPECT_EQ(keys.epKey[sq], epRank ? zobristValue(773 + fileOf(sq)) : 0u) << sq;
-    }
-}
 
 // The published keys of the book format fix the side-key convention and the rule that an
 // en-passant square counts only when a pawn stands ready to take.
