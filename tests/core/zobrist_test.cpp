@@ -1,4 +1,4 @@
-// Zobrist keys: the standard book keys of known positions, and the reduced key of move lists.
+// Zobrist keys: the standard book keys of known positions.
 #include <gtest/gtest.h>
 
 #include "test_positions.h"
@@ -32,19 +32,4 @@ TEST(Zobrist, StandardBookKeys) {
         ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
         EXPECT_EQ(board->key(), c.key) << c.fen;
     }
-}
-
-// The reduced key, which generated lists carry, leaves out the side to move and en passant.
-TEST(Zobrist, ReducedKey) {
-    auto board = coretest::newBoard();
-    uint64_t reduced = 0;
-    for (const char* fen :
-         {"4k3/8/8/3pP3/8/8/8/R3K3 w Q d6 0 1", "4k3/8/8/3pP3/8/8/8/R3K3 w Q - 0 1",
-          "4k3/8/8/3pP3/8/8/8/R3K3 b Q - 0 1"}) {
-        ASSERT_EQ(board->setFen(fen), 0) << fen;
-        if (!reduced) reduced = board->reducedKey();
-        EXPECT_EQ(generateAll(*board, 3).reducedKey, reduced) << fen;
-    }
-    ASSERT_EQ(board->setFen("4k3/8/8/3pP3/8/8/8/R3K3 w - - 0 1"), 0);
-    EXPECT_NE(board->reducedKey(), reduced) << "castling rights belong to the reduced key";
 }

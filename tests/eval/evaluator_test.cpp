@@ -1,4 +1,4 @@
-// The evaluation driver: phase, side-to-move bonus, the evaluation cache and its memory.
+// The evaluation driver: phase, scale, side-to-move bonus, the evaluation cache and its memory.
 #include "eval/evaluator.h"
 
 #include <gtest/gtest.h>
@@ -23,52 +23,32 @@ long residentBytes() {
 
 }  // namespace
 
-// The phase runs from 64 (full material, and above) down to 0 (13 points and below); a position
-// with its colours mirrored scores alike, so a symmetric one is worth the bonus alone.
-TEST(Evaluator, PhaseAndTheSideToMoveBonus) {
+// The phase runs from 64 (full material, and above) down to 0 (13 points and below); endings are
+// scaled toward a draw. A symmetric position is worth the side-to-move bonus alone. A cached
+// answer adds the bonus unscaled: it equals the fresh one unless the ending is scaled, and then
+// differs by exactly T - s * T / 128.
+TEST(Evaluator, PhaseScaleBonusAndTheCachedAnswer) {
     const struct {
         const char* fen;
-        int phase, score;  // score: 0 when not symmetric
+        int phase, scale, score;  // score: 0 when not symmetric
     } cases[] = {
-        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1", 64, TEMPO},
-        {"r1bqk2r/pppp1ppp/2n2n2/8/8/2N2N2/PPPP1PPP/R1BQK2R w KQkq - 0 1", 56, 0},
-        {"4k3/pppp4/8/8/8/8/PPPP4/R3K3 w - - 0 1", 0, 0},
-        {"4k3/pppp4/8/8/8/8/PPPP4/4K3 b - - 0 1", 0, TEMPO},
-        {"rnbqkbnr/8/8/8/8/8/8/QQQQKQQQ w - - 0 1", 64, 0},
-    };
-    Board board;
-    Evaluator evaluator(board);
-    for (const auto& c : cases) {
-        ASSERT_EQ(board.setFen(c.fen), 0) << c.fen;
-        int score = evaluator.Evaluate();
-        EXPECT_EQ(evaluator.lastPhase(), c.phase) << c.fen;
-        if (c.score) EXPECT_EQ(score, c.score) << c.fen;
-    }
-}
-
-// A cached answer adds the bonus unscaled: it equals the fresh one unless the ending is scaled,
-// and then differs by exactly T - s * T / 128.
-TEST(Evaluator, CachedAnswerDiffersOnlyInScaledEndings) {
-    const struct {
-        const char* fen;
-        int scale;
-    } cases[] = {
-        {"r1bq1rk1/ppp2ppp/5n2/2bp4/2NPP3/2P5/PP3PPP/RNBQK2R w KQ - 0 1", 128},
-        {"4k3/3b1ppp/8/8/8/8/3B1PPP/4K3 w - - 0 1", 12},  // bishops of opposite colours
-        {"4k3/2b2ppp/8/8/8/8/3B2PP/4K3 b - - 0 1", 115},  // same colours, one pawn more
-        {"4k2r/8/8/8/8/8/8/1BN1K3 w - - 0 1", 64},        // no pawns, material close
-        {"4k3/8/8/8/8/8/4P3/1N2K1n1 w - - 0 1", 32},      // defending king on the path
-        {"8/k3P3/8/8/8/8/8/1N2K1n1 w - - 0 1", 128},      // pawn out of reach
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1", 64, 128, TEMPO},
+        {"rnbqkbnr/8/8/8/8/8/8/QQQQKQQQ w - - 0 1", 64, 128, 0},
+        {"4k3/pppp4/8/8/8/8/PPPP4/4K3 b - - 0 1", 0, 128, TEMPO},
+        {"4k3/3b1ppp/8/8/8/8/3B1PPP/4K3 w - - 0 1", 0, 12, 0},  // bishops of opposite colours
+        {"4k2r/8/8/8/8/8/8/1BN1K3 w - - 0 1", 0, 64, 0},        // no pawns, material close
+        {"4k3/8/8/8/8/8/4P3/1N2K1n1 w - - 0 1", 0, 32, 0},      // defending king on the path
     };
     for (const auto& c : cases) {
         Board board;
         Evaluator evaluator(board);
         ASSERT_EQ(board.setFen(c.fen), 0) << c.fen;
         int fresh = evaluator.Evaluate();
+        EXPECT_EQ(evaluator.lastPhase(), c.phase) << c.fen;
         EXPECT_EQ(evaluator.lastScale(), c.scale) << c.fen;
-        int cached = evaluator.Evaluate();
+        if (c.score) EXPECT_EQ(fresh, c.score) << c.fen;
+        EXPECT_EQ(evaluator.Evaluate() - fresh, TEMPO - c.scale * TEMPO / 128) << c.fen;
         EXPECT_EQ(evaluator.evalCounters.hits, 1u);
-        EXPECT_EQ(cached - fresh, TEMPO - c.scale * TEMPO / 128) << c.fen;
     }
 }
 
@@ -76,18 +56,15 @@ TEST(Evaluator, CachedAnswerDiffersOnlyInScaledEndings) {
 // square; with only pawns on one side the side to move is part of the key. Either way the
 // answer equals a fresh evaluator's.
 TEST(Evaluator, OneEntryServesBothSidesWhenBothHavePieces) {
+    const std::string pieces = "r1bq1rk1/ppp2ppp/5n2/2bp4/2NPP3/2P5/PP3PPP/RNBQK2R ";
+    const std::string rookOnly = "4k3/pp3ppp/8/8/8/8/PP3PPP/3R2K1 ";
+    const std::string ep = "rnbqkbnr/ppp1pppp/8/8/2Pp4/8/PP1PPPPP/RNBQKBNR b KQkq ";
     const struct {
-        const char* first;
-        const char* second;
+        std::string first, second;
         bool shared;
-    } cases[] = {
-        {"r1bq1rk1/ppp2ppp/5n2/2bp4/2NPP3/2P5/PP3PPP/RNBQK2R w - - 0 1",
-         "r1bq1rk1/ppp2ppp/5n2/2bp4/2NPP3/2P5/PP3PPP/RNBQK2R b - - 0 1", true},
-        {"4k3/pp3ppp/8/8/8/8/PP3PPP/3R2K1 w - - 0 1", "4k3/pp3ppp/8/8/8/8/PP3PPP/3R2K1 b - - 0 1",
-         false},
-        {"rnbqkbnr/ppp1pppp/8/8/2Pp4/8/PP1PPPPP/RNBQKBNR b KQkq c3 0 1",
-         "rnbqkbnr/ppp1pppp/8/8/2Pp4/8/PP1PPPPP/RNBQKBNR b KQkq - 0 1", true},
-    };
+    } cases[] = {{pieces + "w - - 0 1", pieces + "b - - 0 1", true},
+                 {rookOnly + "w - - 0 1", rookOnly + "b - - 0 1", false},
+                 {ep + "c3 0 1", ep + "- 0 1", true}};
     for (const auto& c : cases) {
         Board board, fresh;
         Evaluator evaluator(board), freshEvaluator(fresh);
