@@ -105,15 +105,6 @@ TEST_F(Weights, QueenCurveIsFlatFromFourteenMoves) {
     EXPECT_GT(evalTables.queenMobility[14].eg, evalTables.queenMobility[13].eg);
 }
 
-// The exchange values follow the weights, a bishop counted as a knight.
-TEST_F(Weights, ExchangeValuesCountBishopsAsKnights) {
-    EXPECT_EQ(seeValue(B_BISHOP), seeValue(W_KNIGHT));
-    run("setweight id 3 values 500 500");
-    EXPECT_EQ(seeValue(W_BISHOP), 407);
-    run("setweight id 2 values 420 400");
-    EXPECT_EQ(seeValue(B_BISHOP), 420);
-}
-
 // The evaluation cache holds scores of the old weights; the next evaluation must not use them,
 // and "setweight default" restores every entry.
 TEST_F(Weights, ChangeSeenByTheNextEvaluation) {

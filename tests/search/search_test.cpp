@@ -58,13 +58,6 @@ std::string fenPosition(const std::string& fen) { return "position fen " + fen; 
 
 }  // namespace
 
-TEST(Search, ScoreText) {
-    const std::pair<int, const char*> cases[] = {
-        {32766, "mate 1"},   {32764, "mate 2"},   {-32765, "mate -1"},  {31744, "mate 512"},
-        {31743, "cp 31743"}, {-31744, "mate -512"}, {-35, "cp -35"}, {NO_VALUE, "cp -1000000"}};
-    for (const auto& [score, text] : cases) EXPECT_EQ(uciScore(score), text) << score;
-}
-
 // Forcing mates, each verified by an independent engine to be the shortest; the depth leaves
 // room for the reductions of quiet moves. Helper threads share the table in the last row.
 TEST(Search, FindsForcedMatesAtTheirExactDistance) {

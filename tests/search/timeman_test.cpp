@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace {
 
 constexpr int64_t S = 1'000'000;  // the moment "go" arrived
@@ -27,16 +25,13 @@ TEST(TimeManager, DeadlinesOfWorkedExamples) {
         int64_t base, target, hard;
     } cases[] = {
         {"60 s, no increment: 60000/51 and 5 x target", {.wtime = 60000}, White, S, 1176, 5870},
-        {"10 s + 0.1 s: 100 + 9900/50", {.wtime = 10000, .winc = 100}, White, S, 298, 1258},
         {"black reads its own increment", {.wtime = 500, .btime = 10000, .binc = 100}, Black, S, 298, 1258},
         {"five moves to go: time / moves", {.wtime = 10000, .movestogo = 5}, White, S, 1666, 1990},
         {"short clock: time - 32 x moves is below the target", {.wtime = 1000}, White, S, -610, -610},
         {"pondering assumes 40 moves", {.wtime = 60000, .ponder = 1}, White, S, 1463, 7305},
         {"increment above a short clock: half the clock", {.wtime = 150, .winc = 1000}, White, S, 65, 65},
-        {"increment, 751 ms spare: a share of it", {.wtime = 851, .winc = 100}, White, S, 115, 178},
         {"movetime wins over the clock", {.wtime = 60000, .movetime = 1000}, White, S, 990, 990},
         {"one move to go, 5 s", {.wtime = 5000, .movestogo = 1}, White, ABSOLUTE, 4890, 4890},
-        {"one move to go, 50 ms", {.wtime = 50, .movestogo = 1}, White, ABSOLUTE, 30, 30},
     };
     // clang-format on
     for (const auto& c : cases) {
@@ -64,7 +59,6 @@ TEST(TimeManager, TimeUpAtTheDeadlines) {
         {"one slow poll pulls the target in", {.wtime = 60000}, 1000, 0, 0, true},
         {"one slow poll pulls the hard deadline in", {.wtime = 60000}, 5000, 0, 3, true},
         {"frequent polls: before the hard deadline", {.wtime = 60000}, 5000, 999, 3, false},
-        {"movetime passed", {.movetime = 1000}, 2000, 0, 3, true},
         {"depth never times out", {.depth = 5}, 3600000, 0, 0, false},
     };
     for (const auto& c : cases) {
@@ -78,15 +72,12 @@ TEST(TimeManager, TimeUpAtTheDeadlines) {
     }
 }
 
+// A ponder search, long past its deadlines, goes on until "ponderhit".
 TEST(TimeManager, PonderingNeverTimesOutUntilPonderhit) {
     TimeManager tm;
-    tm.setLimits(at({.wtime = 60000, .btime = 60000, .ponder = 1}, TimeManager::now() - 100000),
-                 White);
-    EXPECT_TRUE(tm.pondering);
-    for (int rootMove : {0, 1}) {
-        tm.rootMoveNumber = rootMove;
-        EXPECT_FALSE(tm.timeUp()) << "root move " << rootMove;
-    }
+    tm.setLimits(at({.wtime = 60000, .ponder = 1}, TimeManager::now() - 100000), White);
+    tm.rootMoveNumber = 0;
+    EXPECT_FALSE(tm.timeUp());
     tm.pondering = false;  // ponderhit
     EXPECT_TRUE(tm.timeUp());
 }
