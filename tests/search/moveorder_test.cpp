@@ -1,11 +1,10 @@
-// The move-ordering tables of a search thread: killers, history with its halving, and the
-// sorting of keyed move lists.
+// The move-ordering tables of a search thread: history with its halving, and the sorting of
+// keyed move lists.
 #include "search/moveorder.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <vector>
 
 namespace {
 
@@ -16,29 +15,6 @@ constexpr Move EXD5 = makeMove(W_PAWN, 28, 35, B_PAWN);
 constexpr Move B2B1N = makeMove(B_PAWN, 9, 1, EMPTY, 0);
 
 }  // namespace
-
-// Only quiet moves become killers 1 and 2, never twice the same; every move fills the third
-// slot, without its ordering key.
-TEST(OrderingTables, KillerSlots) {
-    const struct {
-        std::vector<Move> stored;
-        Move killer1, killer2, last;
-    } cases[] = {
-        {{NF3, BC4, RD1}, RD1, BC4, RD1},
-        {{NF3, BC4, BC4}, BC4, NF3, BC4},
-        {{NF3, EXD5}, NF3, 0, EXD5},
-        {{B2B1N}, 0, 0, B2B1N},
-        {{NF3 | 200u << 23}, NF3, 0, NF3},
-    };
-    for (const auto& c : cases) {
-        auto t = std::make_unique<OrderingTables>();
-        t->clear();
-        for (Move m : c.stored) t->storeKiller(10, m);
-        const Move* k = t->killers[10];
-        EXPECT_TRUE(k[0] == c.killer1 && k[1] == c.killer2 && k[2] == c.last) << c.stored.size();
-        EXPECT_EQ(t->killers[11][0], 0u) << "other plies untouched";
-    }
-}
 
 // Positive bonuses are capped at 1024, negative ones are not; an entry reaching +-2048 halves
 // the whole table of pieces 1-12 (toward zero), the new value included, but not the spare row

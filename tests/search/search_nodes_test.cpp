@@ -66,46 +66,35 @@ TEST_F(SearchNodes, TerminalValuesIgnoreTheWindow) {
     }
 }
 
-// No score can beat a mate at the next ply: with alpha there already, the node returns alpha
-// without searching a move. The same for the losing side against beta.
-TEST_F(SearchNodes, MateDistancePruning) {
-    const struct {
-        int ply, alpha, beta, expected;
-    } cases[] = {
-        {5, MATE - 3, MATE - 2, MATE - 3},           // alpha: a mate delivered here or sooner
-        {10, 10 - MATE - 20, 10 - MATE, 10 - MATE},  // beta: being mated here
-    };
-    for (const auto& c : cases) {
-        node.setPosition(MIDDLEGAME);
-        EXPECT_EQ(node.search(c.ply, 6, c.alpha, c.beta), c.expected)
-            << c.ply << " (" << c.alpha << ", " << c.beta << ")";
-        EXPECT_EQ(node.totalNodes(), 1u) << "pruned before any move";
-    }
-}
-
-TEST_F(SearchNodes, StopFlagReturnsAlphaAtOnce) {
-    node.setPosition(MIDDLEGAME);
-    node.stopFlag = 1;
-    EXPECT_EQ(node.search(1, 8, -123, 456), -123);
-    EXPECT_EQ(node.totalNodes(), 1u);
-    EXPECT_EQ(tt.filled(), 0u) << "a stopped node stores nothing";
-}
-
-// Far from the root quiescence returns the static evaluation: from ply 120 when not in check,
-// from ply 127 even in check.
-TEST_F(SearchNodes, QuiescenceHorizon) {
+// Nodes answered before any move is searched: mate-distance pruning (no score beats a mate at
+// the next ply, none loses to being mated here), the stop flag (alpha, and nothing stored), and
+// quiescence far from the root (the static evaluation from ply 120, from 127 even in check).
+TEST_F(SearchNodes, AnsweredWithoutSearchingAMove) {
+    constexpr int QUIESCENCE = -1, EVAL = MATE + 1;
+    const std::string mated = "r1bqkbnr/pppp1Qpp/2n5/4p3/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 0 3";
     const struct {
         std::string fen;
-        int ply;
+        int ply, depth, alpha, beta;
+        bool stop;
+        int expected;
+        uint64_t nodes;
     } cases[] = {
-        {MIDDLEGAME, 120},
-        {ITALIAN, 125},
-        {"r1bqkbnr/pppp1Qpp/2n5/4p3/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 0 3", 127},  // mated
+        {MIDDLEGAME, 5, 6, MATE - 3, MATE - 2, false, MATE - 3, 1},
+        {MIDDLEGAME, 10, 6, 10 - MATE - 20, 10 - MATE, false, 10 - MATE, 1},
+        {MIDDLEGAME, 1, 8, -123, 456, true, -123, 1},
+        {MIDDLEGAME, 120, QUIESCENCE, -MATE, MATE, false, EVAL, 0},
+        {ITALIAN, 125, QUIESCENCE, -MATE, MATE, false, EVAL, 0},
+        {mated, 127, QUIESCENCE, -MATE, MATE, false, EVAL, 0},
     };
     for (const auto& c : cases) {
         node.setPosition(c.fen);
-        const int eval = node.evaluate();
-        EXPECT_EQ(node.quiesce(c.ply, -MATE, MATE), eval) << c.fen;
-        EXPECT_EQ(node.totalNodes(), 0u) << c.fen;
+        node.stopFlag = c.stop;
+        const int expected = c.expected == EVAL ? node.evaluate() : c.expected;
+        EXPECT_EQ(c.depth == QUIESCENCE ? node.quiesce(c.ply, c.alpha, c.beta)
+                                        : node.search(c.ply, c.depth, c.alpha, c.beta),
+                  expected)
+            << c.fen << " at ply " << c.ply;
+        EXPECT_EQ(node.totalNodes(), c.nodes) << c.fen << " at ply " << c.ply;
+        EXPECT_EQ(tt.filled(), 0u) << c.fen << " at ply " << c.ply;
     }
 }
