@@ -91,20 +91,13 @@ TEST(EndgameTables, EveryOwnerMoveWinsAndTheLongestMatesExist) {
 
 namespace {
 
-// The score a position must have given the scores of its successors, by distance to mate.
+// The score a position must have given the scores of its successors: the best of them seen from
+// this side, one ply further from the mate (a successor's win in n becomes a loss in n + 1).
 int scoreFromSuccessors(const std::vector<int>& successors, bool inCheck) {
     if (successors.empty()) return inCheck ? lossIn(0) : 0;
-    int fastestWin = 0, slowestLoss = 0;
-    bool draw = false;
-    for (int s : successors) {
-        if (s < 0)
-            fastestWin = fastestWin ? std::min(fastestWin, s + 32766 + 1) : s + 32766 + 1;
-        else if (s == 0)
-            draw = true;
-        else
-            slowestLoss = std::max(slowestLoss, 32767 - s + 1);
-    }
-    return fastestWin ? winIn(fastestWin) : draw ? 0 : lossIn(slowestLoss);
+    int best = lossIn(0);
+    for (int s : successors) best = std::max(best, s < 0 ? -s : s == 0 ? 0 : 2 - s);
+    return best;
 }
 
 // A random legal position of two kings and the piece, either colour holding it, or false.
