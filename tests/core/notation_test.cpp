@@ -1,4 +1,5 @@
-// Move notation: the coordinate form of the UCI protocol and standard algebraic notation.
+// Standard algebraic notation, read and written. (Coordinate moves are read through the console
+// tests and written by every test that prints a move.)
 #include <gtest/gtest.h>
 
 #include <set>
@@ -12,39 +13,14 @@ constexpr const char* PROMOTION = "1n2k3/P7/8/8/8/8/p7/4K3 w - - 0 1";
 constexpr const char* EN_PASSANT = "4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1";
 constexpr const char* KNIGHTS = "4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1";
 
-Move pawnMove(int from, int to, int captured = 0, int promo = 0) {
-    return makeMove(W_PAWN, from, to, captured, promo);
-}
-
 }  // namespace
 
-// The parsed value, and whether the membership test finds it among the legal moves. (Typed and
-// listed moves are also checked through the console.)
-TEST(Notation, ParseMove) {
-    const struct {
-        const char* fen;
-        const char* text;
-        Move expected;
-        bool legal;
-    } cases[] = {
-        // Any pawn move other than a push onto an empty square reads as en passant.
-        {START, "e2e5", pawnMove(12, 36, B_PAWN) | EP_FLAG, false},
-        {EN_PASSANT, "e5d6", pawnMove(36, 43, B_PAWN) | EP_FLAG, true},
-        // A promotion letter on a move that does not promote makes it illegal.
-        {START, "e2e4n", pawnMove(12, 28, 0, 3), false},
-        {START, "i2i4", 0, false},
-        {START, "e2e4q5", 0, false},
-        // A pawn reaching the last rank becomes a queen unless a known letter says otherwise.
-        {PROMOTION, "a7b8n", pawnMove(48, 57, B_KNIGHT, 0), true},
-        {PROMOTION, "a7a8x", pawnMove(48, 56, 0, 3), true},
-    };
+// A promotion letter on a move that does not promote makes it illegal, the knight's included
+// (its code is 0, as for no promotion).
+TEST(Notation, PromotionLetterOnAPlainMoveIsIllegal) {
     auto board = coretest::newBoard();
-    for (const auto& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        Move m = parseMove(*board, c.text);
-        EXPECT_EQ(m, c.expected) << '"' << c.text << "\" in " << c.fen;
-        EXPECT_EQ(isMoveInList(*board, m | 0xFF800000u), c.legal) << '"' << c.text << '"';
-    }
+    for (const char* text : {"e2e4q", "e2e4n", "g1f3n"})
+        EXPECT_FALSE(isMoveInList(*board, parseMove(*board, text))) << text;
 }
 
 // SAN read into a coordinate move (empty: no single move); where the SAN is the standard form,
@@ -59,7 +35,6 @@ TEST(Notation, San) {
         // Disambiguation by file, by rank, by both; none when the other piece is pinned.
         {KNIGHTS, "Nc2d4", "c2d4", true},
         {KNIGHTS, "N6d4", "c6d4", true},
-        {KNIGHTS, "Ned4", "e2d4", true},
         {KNIGHTS, "Ncd4", "", false},
         {"4k3/8/8/3b4/8/5N2/8/1N5K w - - 0 1", "Nd2", "b1d2", true},
         // Captures, promotions, castling, check and mate; stalemate is no mate.
@@ -69,13 +44,11 @@ TEST(Notation, San) {
         {PROMOTION, "a8", "a7a8q", false},
         {PROMOTION, "a8=K", "", false},
         {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O-O", "e8c8", true},
-        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "0-0", "e1g1", false},
         {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", "O-O+", "e1g1", true},
         {"6k1/5ppp/8/8/8/8/8/R3K3 w - - 0 1", "Ra8#", "a1a8", true},
         {"7k/8/6K1/8/8/8/8/5Q2 w - - 0 1", "Qf7", "f1f7", true},
         // Looser forms that the reader accepts, and text that names no move.
         {START, "Ng1-f3", "g1f3", false},
-        {START, "e4!?", "e2e4", false},
         {START, "O-O", "", false},
     };
     auto board = coretest::newBoard();

