@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <sstream>
 
 #include "core/types.h"
 
@@ -60,48 +60,36 @@ TEST_F(TranspositionTableTest, MateScoresAreAdjustedByPly) {
 // The visit of a cluster starts at the entry given by bits 32-33 of the key and goes on in xor
 // order. A full cluster gives up the entry of lowest value: depth, + 16 when touched (hit by a
 // probe or stored again) since it was placed, + 32 when exact; ties go to the entry physically
-// first.
+// first. Each entry is written depth, bound (Lower, Upper, eXact) and its use after placing:
+// "+" probed, "*" stored again.
 TEST_F(TranspositionTableTest, FullClusterReplacesTheLeastValuableEntry) {
-    enum Use { NEW, HIT, AGAIN };
-    struct Entry {
-        int depth;
-        Bound bound;
-        Use use;
-    };
-    constexpr Bound L = BOUND_LOWER, U = BOUND_UPPER, X = BOUND_EXACT;
-    // clang-format off
     const struct {
-        int start;  // where the visits of all five keys start
-        Entry entries[4];  // in the order stored
-        int victim;  // the key that goes
+        int start;          // where the visits of all five keys start
+        const char* entries;  // in the order stored
+        int victim;         // the key that goes
     } cases[] = {
-        {0, {{8, L, NEW}, {3, L, NEW}, {9, U, NEW}, {4, L, NEW}}, 1},    // shallowest
-        {0, {{3, L, HIT}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 1},    // probed is kept
-        {0, {{3, L, AGAIN}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 1},  // stored again is kept
-        {0, {{16, L, NEW}, {0, L, HIT}, {20, L, NEW}, {20, L, NEW}}, 0}, // touched +16: tie
-        {0, {{33, U, NEW}, {0, X, NEW}, {40, L, NEW}, {40, L, NEW}}, 1}, // exact +32
-        {0, {{49, L, NEW}, {0, X, HIT}, {50, L, NEW}, {49, L, NEW}}, 1}, // both add up
+        {0, "8L 3L 9U 4L", 1},     {0, "3L+ 3L 3L 3L", 1},     {0, "3L* 3L 3L 3L", 1},
+        {0, "16L 0L+ 20L 20L", 0}, {0, "33U 0X 40L 40L", 1},   {0, "49L 0X+ 50L 49L", 1},
         // All alike: the physically first entry goes, the key stored at step `start`.
-        {1, {{3, L, NEW}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 1},
-        {2, {{3, L, NEW}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 2},
-        {3, {{3, L, NEW}, {3, L, NEW}, {3, L, NEW}, {3, L, NEW}}, 3},
+        {1, "3L 3L 3L 3L", 1},     {2, "3L 3L 3L 3L", 2},      {3, "3L 3L 3L 3L", 3},
     };
-    // clang-format on
     for (const auto& c : cases) {
         tt.clear();
+        std::istringstream in(c.entries);
+        std::string entry;
         uint64_t keys[4];
-        for (int i = 0; i < 4; i++) {
+        for (int i = 0; i < 4 && in >> entry; i++) {
+            size_t end;
+            const int depth = std::stoi(entry, &end);
+            const Bound bound = entry[end] == 'L' ? BOUND_LOWER : entry[end] == 'U' ? BOUND_UPPER : BOUND_EXACT;
             keys[i] = keyIn(5, c.start, i + 1);
-            tt.store(keys[i], 0, c.entries[i].depth, c.entries[i].bound, 0, E2E4);
-        }
-        for (int i = 0; i < 4; i++) {
-            if (c.entries[i].use == HIT) tt.probe(keys[i], 0);
-            if (c.entries[i].use == AGAIN)
-                tt.store(keys[i], 0, c.entries[i].depth, c.entries[i].bound, 0, E2E4);
+            tt.store(keys[i], 0, depth, bound, 0, E2E4);
+            if (entry.back() == '+') tt.probe(keys[i], 0);
+            if (entry.back() == '*') tt.store(keys[i], 0, depth, bound, 0, E2E4);
         }
         tt.store(keyIn(5, (c.start + 2) % 4, 50), 0, 1, BOUND_UPPER, 0, G8F6);
         EXPECT_EQ(tt.filled(), 4u) << "a replacement is not a new entry";
-        for (int i = 0; i < 4; i++) EXPECT_EQ(holds(tt, keys[i]), i != c.victim) << i;
+        for (int i = 0; i < 4; i++) EXPECT_EQ(holds(tt, keys[i]), i != c.victim) << c.entries;
     }
 }
 
