@@ -34,7 +34,6 @@ TEST(EndgameMap, Classification) {
         }
     }
     for (auto [fen, id] : {std::pair{"r3k3/p7/8/8/8/8/P7/R3K3 w - - 0 1", UNKNOWN},
-                           {"4k3/8/8/8/8/8/P7/1N2K3 w - - 0 1", UNKNOWN},
                            {"4k3/8/8/8/8/8/8/QQ2K3 w - - 0 1", UNKNOWN},
                            {"4k3/8/8/8/8/8/8/BB2K3 w - - 0 1", KBBK}}) {
         ASSERT_EQ(board->setFen(fen), 0) << fen;

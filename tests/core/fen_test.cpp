@@ -13,20 +13,20 @@ constexpr const char* GAME = "position startpos moves e2e4 e7e5 g1f3 b8c6 f1b5";
 
 }  // namespace
 
-// A refused FEN leaves the previous game, moves included, as it was.
+// Broken shapes: placement alone or missing; wrong rank count, kings, characters, rank lengths;
+// a bad side to move or en-passant square; the side not to move in check; material no game
+// reaches. A refused FEN leaves the previous game, moves included, as it was.
 TEST(Fen, BrokenInputIsRefusedAndTheGameStays) {
+    // clang-format off
     const char* broken[] = {
-        "", "w KQkq - 0 1", "4k3/8/8/8/8/8/8/4K3",  // placement alone
-        // Placement: ranks, kings, characters, rank lengths.
+        "", "w KQkq - 0 1", "4k3/8/8/8/8/8/8/4K3",
         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP w KQkq - 0 1", "8/8/8/8/8/8/8/8 w - - 0 1",
         "4k3/8/8/8/8/8/8/8/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/3KK3 w - - 0 1",
         "4k3/8/8/8/8/8/8/4K2x w - - 0 1", "4k3/8/8/ppppppppp/8/8/8/4K3 w - - 0 1",
-        // Side to move and en-passant field.
         "4k3/8/8/8/8/8/8/4K3 W - - 0 1", "4k3/8/8/8/3pP3/8/8/4K3 b - e4 0 1",
-        // The side not to move is in check; material no game reaches.
         "4k3/8/8/8/8/8/8/4R1K1 w - - 0 1", "8/8/8/8/8/8/3kK3/8 w - - 0 1",
-        "4k3/8/8/8/8/8/PPPPPPPP/P3K3 w - - 0 1", "P3k3/8/8/8/8/8/8/4K3 w - - 0 1",
-    };
+        "4k3/8/8/8/8/8/PPPPPPPP/P3K3 w - - 0 1", "P3k3/8/8/8/8/8/8/4K3 w - - 0 1"};
+    // clang-format on
     auto board = coretest::newBoard();
     ASSERT_EQ(board->setPosition(GAME), 0);
     const std::string game = board->positionCommandString();

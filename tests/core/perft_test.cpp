@@ -1,11 +1,12 @@
 // The move generator is proved by the published leaf counts of 126 positions.
+#include "tools/perft.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
 
 #include "core/board.h"
-#include "tools/perft.h"
 
 // Every depth whose count is below ten million; perft leaves the position as it found it.
 TEST(Perft, PublishedCountsBelowTenMillion) {

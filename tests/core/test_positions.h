@@ -72,11 +72,13 @@ inline std::vector<uint64_t> positionFields(const Board& b) {
     std::vector<uint64_t> f(std::begin(b.squares), std::end(b.squares));
     f.insert(f.end(), std::begin(b.pieceBB), std::end(b.pieceBB));
     f.insert(f.end(), std::begin(b.pieceCount), std::end(b.pieceCount));
+    // clang-format off
     f.insert(f.end(), {b.colorBB[White], b.colorBB[Black], b.occupiedBB, b.emptyBB,
                        b.nonPawnCount[White], b.nonPawnCount[Black], b.kingSquare[White],
                        b.kingSquare[Black], b.totalPieces, b.ply, uint64_t(b.sideToMove), st.key,
                        st.pawnKey, st.materialKey, st.rule50, st.castling, st.epSquare,
                        st.inCheck, uint64_t(st.endgameId), uint64_t(st.phaseMaterial)});
+    // clang-format on
     return f;
 }
 

@@ -5,11 +5,11 @@
 #include <random>
 #include <sstream>
 
+#include "../core/test_positions.h"
 #include "core/board.h"
 #include "core/movegen.h"
 #include "eval/evaluator.h"
 #include "tools/evaltest.h"
-#include "../core/test_positions.h"
 
 // The tool's own check over random games from the bench positions.
 TEST(EvalTest, ReportsNoErrors) {
@@ -41,7 +41,8 @@ TEST(EvalTest, FlipAndFlopKeepTheScore) {
                 mirror.flip();
                 EXPECT_EQ(mirrorEvaluator.Evaluate(), score) << "flip of " << board.getFen();
                 ASSERT_TRUE(mirror.flop());
-                EXPECT_EQ(mirrorEvaluator.Evaluate(), score) << "flip and flop of " << board.getFen();
+                EXPECT_EQ(mirrorEvaluator.Evaluate(), score)
+                    << "flip and flop of " << board.getFen();
                 mirror.flip();
                 EXPECT_EQ(mirrorEvaluator.Evaluate(), score) << "flop of " << board.getFen();
                 checked++;

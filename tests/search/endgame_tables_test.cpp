@@ -51,7 +51,7 @@ TEST(EndgameTables, KnownPositions) {
         {"k7/1R6/8/8/8/8/8/7K b - - 0 1", 0},                // the rook is taken
         {"k7/8/1K6/8/8/8/8/7N w - - 0 1", NO_TABLE_VALUE},   // knight
         {"k7/8/1K6/8/8/8/p7/7R w - - 0 1", NO_TABLE_VALUE},  // rook against pawn
-        {"3k4/8/3K4/3P4/8/8/8/8 w - - 0 1", ANY_WIN},  // king on the sixth in front of the pawn
+        {"3k4/8/3K4/3P4/8/8/8/8 w - - 0 1", ANY_WIN},   // king on the sixth in front of the pawn
         {"8/3k4/8/3K4/3P4/8/8/8 b - - 0 1", ANY_LOSS},  // the attacker holds the opposition
         {"8/3k4/8/3K4/3P4/8/8/8 w - - 0 1", 0},         // the defender holds it
         {"k7/8/1K6/P7/8/8/8/8 w - - 0 1", 0},           // rook pawn, defender in the corner

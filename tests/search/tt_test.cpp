@@ -49,8 +49,8 @@ TEST_F(TranspositionTableTest, ProbeReturnsWhatWasStored) {
 // Mate scores (beyond 32510) are kept relative to the root and read back relative to the
 // probing node: {score, ply stored, ply read, score read}.
 TEST_F(TranspositionTableTest, MateScoresAreAdjustedByPly) {
-    const int cases[][4] = {{32760, 5, 3, 32762},  {-32760, 5, 3, -32762}, {32511, 2, 0, 32513},
-                            {-32511, 2, 0, -32513}, {32510, 5, 3, 32510},  {-32510, 5, 3, -32510}};
+    const int cases[][4] = {{32760, 5, 3, 32762},   {-32760, 5, 3, -32762}, {32511, 2, 0, 32513},
+                            {-32511, 2, 0, -32513}, {32510, 5, 3, 32510},   {-32510, 5, 3, -32510}};
     for (const auto& c : cases) {
         tt.store(42, c[1], 4, BOUND_EXACT, c[0], 0);
         EXPECT_EQ(tt.probe(42, c[2]).score, c[3]) << c[0] << " stored at " << c[1];
@@ -61,17 +61,17 @@ TEST_F(TranspositionTableTest, MateScoresAreAdjustedByPly) {
 // order. A full cluster gives up the entry of lowest value: depth, + 16 when touched (hit by a
 // probe or stored again) since it was placed, + 32 when exact; ties go to the entry physically
 // first. Each entry is written depth, bound (Lower, Upper, eXact) and its use after placing:
-// "+" probed, "*" stored again.
+// "+" probed, "*" stored again. When all are alike, the physically first entry goes: the key
+// stored at step `start`.
 TEST_F(TranspositionTableTest, FullClusterReplacesTheLeastValuableEntry) {
     const struct {
-        int start;          // where the visits of all five keys start
+        int start;            // where the visits of all five keys start
         const char* entries;  // in the order stored
-        int victim;         // the key that goes
+        int victim;           // the key that goes
     } cases[] = {
-        {0, "8L 3L 9U 4L", 1},     {0, "3L+ 3L 3L 3L", 1},     {0, "3L* 3L 3L 3L", 1},
-        {0, "16L 0L+ 20L 20L", 0}, {0, "33U 0X 40L 40L", 1},   {0, "49L 0X+ 50L 49L", 1},
-        // All alike: the physically first entry goes, the key stored at step `start`.
-        {1, "3L 3L 3L 3L", 1},     {2, "3L 3L 3L 3L", 2},      {3, "3L 3L 3L 3L", 3},
+        {0, "8L 3L 9U 4L", 1},     {0, "3L+ 3L 3L 3L", 1},   {0, "3L* 3L 3L 3L", 1},
+        {0, "16L 0L+ 20L 20L", 0}, {0, "33U 0X 40L 40L", 1}, {0, "49L 0X+ 50L 49L", 1},
+        {1, "3L 3L 3L 3L", 1},     {2, "3L 3L 3L 3L", 2},    {3, "3L 3L 3L 3L", 3},
     };
     for (const auto& c : cases) {
         tt.clear();
@@ -81,7 +81,9 @@ TEST_F(TranspositionTableTest, FullClusterReplacesTheLeastValuableEntry) {
         for (int i = 0; i < 4 && in >> entry; i++) {
             size_t end;
             const int depth = std::stoi(entry, &end);
-            const Bound bound = entry[end] == 'L' ? BOUND_LOWER : entry[end] == 'U' ? BOUND_UPPER : BOUND_EXACT;
+            const Bound bound = entry[end] == 'L'   ? BOUND_LOWER
+                                : entry[end] == 'U' ? BOUND_UPPER
+                                                    : BOUND_EXACT;
             keys[i] = keyIn(5, c.start, i + 1);
             tt.store(keys[i], 0, depth, bound, 0, E2E4);
             if (entry.back() == '+') tt.probe(keys[i], 0);
