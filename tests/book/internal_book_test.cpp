@@ -1,6 +1,4 @@
-// The internal book: its records keep the invariants the drawing relies on, and every move is
-// legal in the position it belongs to, reached by walking the book from the start position.
-// (How many positions the drawing plants is checked through the console.)
+// The internal book's records: the invariants the drawing relies on, and legal moves all along.
 #include "book/internal_book.h"
 
 #include <gtest/gtest.h>

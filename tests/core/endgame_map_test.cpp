@@ -1,5 +1,4 @@
-// Endgame ids of set-up positions. (Make and unmake keep the id equal to a fresh set-up: see the
-// make-move tests.)
+// Endgame ids of set-up positions; make and unmake are checked by the make-move tests.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -9,8 +8,7 @@
 
 namespace {
 
-// Kings on e1 and e8, White's men from a3 on, Black's ending on h6: none of them can
-// give check, whatever they are.
+// Kings on e1 and e8, White's men from a3 on, Black's ending on h6: no man gives check.
 std::string fenOfName(std::string_view name, bool firstIsWhite) {
     size_t second = name.find('K', 1);
     std::string first(name.substr(1, second - 1)), other(name.substr(second + 1));

@@ -1,6 +1,4 @@
-// FEN reading and writing: broken input is refused without touching the game in progress,
-// counters are read as documented, and written FENs read back the same. (The position command
-// around it is tested through the console.)
+// FEN reading and writing; the position command around it is tested through the console.
 #include <gtest/gtest.h>
 
 #include <stdexcept>

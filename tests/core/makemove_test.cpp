@@ -1,5 +1,4 @@
-// Make and unmake: incremental fields against a position set up from scratch, full restoration
-// on unmake, rights, en passant, counters and repetitions.
+// Make and unmake against positions set up from scratch, and the fields they update.
 #include <gtest/gtest.h>
 
 #include "test_positions.h"
@@ -68,8 +67,7 @@ TEST(MakeMove, RandomGamesMatchFreshSetupAndUnmakeRestores) {
                 nullMoves > 1000);
 }
 
-// Every move and reply of the published perft positions, rich in castling, en passant, pins and
-// captures into small endings.
+// Every move and reply of the perft positions, rich in castling, en passant, pins and endings.
 TEST(MakeMove, TwoPliesOfEveryPerftPosition) {
     auto board = coretest::newBoard(), scratch = coretest::newBoard();
     for (const std::string& fen : coretest::perftFens()) {

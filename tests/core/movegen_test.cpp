@@ -1,6 +1,4 @@
-// Move generation and the move validator with its legality test, checked against a slow generator
-// that knows nothing of bitboards: moves by the piece rules from the squares array, kept when
-// the own king is not attacked after the move is made.
+// Move generation and validation against a slow generator that knows nothing of bitboards.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -171,10 +169,8 @@ TEST(MoveGen, LegalMovesEqualSlowGenerator) {
     EXPECT_GT(inCheck, 100);
 }
 
-// Generated moves validate to themselves, also with an ordering key above bit 22; moves of other
-// positions, single-bit corruptions of legal moves (many of them pseudo-legal moves that leave
-// the king in check, which isLegal must refuse) and random values validate to 0 unless they are
-// legal here.
+// Legal moves (with any ordering key) validate to themselves; moves of other positions, random
+// values and one-bit corruptions (often moves into check) validate to 0 unless legal here.
 TEST(MoveGen, ValidateMoveAcceptsExactlyTheLegalMoves) {
     auto board = coretest::newBoard();
     std::mt19937_64 rng(5);

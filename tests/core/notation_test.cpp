@@ -1,5 +1,4 @@
-// Standard algebraic notation, read and written. (Coordinate moves are read through the console
-// tests and written by every test that prints a move.)
+// Move notation; coordinate moves are also read through the console tests.
 #include <gtest/gtest.h>
 
 #include <set>

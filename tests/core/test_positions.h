@@ -1,5 +1,4 @@
-// Shared material of the chess-core tests: the positions of the data files, random legal games
-// and a field-by-field comparison of boards.
+// Shared material of the chess tests: data-file positions, random moves, board comparison.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -53,8 +52,8 @@ inline std::vector<Move> legalMoves(Board& board) {
     return moves;
 }
 
-// A random legal move, 0 when there is none. Promotions, castling and en passant are rare in
-// random play, so they are preferred whenever one is available.
+// A random legal move (0: none), preferring the moves rare in random play: promotions,
+// castling and en passant.
 inline Move randomMove(Board& board, std::mt19937_64& rng) {
     std::vector<Move> moves = legalMoves(board), special;
     for (Move m : moves)
@@ -63,10 +62,7 @@ inline Move randomMove(Board& board, std::mt19937_64& rng) {
     return moves.empty() ? 0 : moves[rng() % moves.size()];
 }
 
-// The fields that a position determines, without the history behind it, as one list: squares,
-// piece bitboards, piece counts, colour bitboards, occupied, empty, non-pawn counts, king
-// squares, total pieces, ply, side to move, key, pawn key, material key, rule50, castling, en
-// passant, in check, endgame id and phase material.
+// The fields that a position determines, without the history behind it, as one list.
 inline std::vector<uint64_t> positionFields(const Board& b) {
     const PositionState& st = b.state();
     std::vector<uint64_t> f(std::begin(b.squares), std::end(b.squares));

@@ -1,5 +1,4 @@
-// The draw recogniser: each listed ending scores exactly 0 when its drawing pattern holds and
-// is evaluated normally when it does not.
+// The draw recogniser: an ending scores exactly 0 when, and only when, its pattern holds.
 #include <gtest/gtest.h>
 
 #include "core/board.h"

@@ -52,9 +52,8 @@ TEST(Evaluator, PhaseScaleBonusAndTheCachedAnswer) {
     }
 }
 
-// With a piece on each side one entry serves both sides to move and ignores the en-passant
-// square; with only pawns on one side the side to move is part of the key. Either way the
-// answer equals a fresh evaluator's.
+// With a piece on each side one cache entry serves both sides to move and any en-passant square;
+// with only pawns on one side the side to move is part of the key.
 TEST(Evaluator, OneEntryServesBothSidesWhenBothHavePieces) {
     const std::string pieces = "r1bq1rk1/ppp2ppp/5n2/2bp4/2NPP3/2P5/PP3PPP/RNBQK2R ";
     const std::string rookOnly = "4k3/pp3ppp/8/8/8/8/PP3PPP/3R2K1 ";

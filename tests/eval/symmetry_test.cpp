@@ -1,5 +1,4 @@
-// The evaluation is colour- and left-right symmetric: the evaltest report over random games from
-// the bench positions, and flips and flops of opening positions played on toward the end game.
+// The evaluation is colour- and left-right symmetric.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -21,8 +20,8 @@ TEST(EvalTest, ReportsNoErrors) {
     EXPECT_EQ(report[1], "evaltest finished with 0 errors");
 }
 
-// Openings (without castling rights, so that a flop applies) played on at random for up to 80
-// plies, captures preferred, checked every 8 plies: from full boards to bare pawn endings.
+// Openings (without castling rights, so that a flop applies) played on at random toward the
+// end game: flip, flop and both keep the score.
 TEST(EvalTest, FlipAndFlopKeepTheScore) {
     std::mt19937 random(20191005);
     Board board, mirror;

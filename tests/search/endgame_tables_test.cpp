@@ -1,5 +1,4 @@
-// The endgame tables against known positions, and against the move generator: over thousands
-// of sampled positions, every stored value must follow from the values of its successors.
+// The endgame tables against known positions, and against the values of their successors.
 #include "search/endgame_tables.h"
 
 #include <gtest/gtest.h>

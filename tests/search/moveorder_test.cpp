@@ -1,5 +1,4 @@
-// The history table of a search thread: bonuses stay in a range that the ordering keys can
-// hold, by capping and by halving the whole table.
+// The history table keeps its bonuses in the range the ordering keys can hold.
 #include "search/moveorder.h"
 
 #include <gtest/gtest.h>

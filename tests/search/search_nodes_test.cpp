@@ -1,5 +1,4 @@
-// Single nodes of the search, called directly on a search thread's board: mates at any ply, the
-// fifty-move rule, mate-distance pruning, the stop flag and quiescence's horizon.
+// Single nodes of the search, called directly on a search thread's board.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -47,9 +46,8 @@ const std::string ITALIAN = "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQ
 
 }  // namespace
 
-// Being mated at ply p scores p - 32767 in the main search at any depth and in quiescence,
-// whatever the window; so does the fifty-move rule's draw. (A stalemate need not: razoring may
-// answer first when the side to move is far behind.)
+// Being mated at ply p scores p - 32767 in search and quiescence, and the fifty-move rule's draw
+// 0, whatever the window.
 TEST_F(SearchNodes, TerminalValuesIgnoreTheWindow) {
     const int windows[][2] = {{-MATE, MATE}, {100, 101}, {-300, -299}, {-MATE, -MATE + 50}};
     for (const auto& w : windows) {

@@ -1,6 +1,4 @@
-// The search as a whole, driven through the main search thread without output: forced mates
-// with their exact distance, also in a table ending, and draws by repetition and by the
-// fifty-move rule.
+// The search as a whole, driven through the main search thread: mates and draws.
 #include <gtest/gtest.h>
 
 #include <chrono>

@@ -1,7 +1,4 @@
-// Static exchange evaluation on classic exchanges: defended and undefended targets, batteries
-// that recapture through the piece in front, a king that may not recapture on a guarded square,
-// en passant and quiet moves onto attacked squares. Results are written in the search's piece
-// values, whatever the evaluation makes them.
+// Static exchange evaluation on classic exchanges, in the search's piece values.
 #include "search/see.h"
 
 #include <gtest/gtest.h>

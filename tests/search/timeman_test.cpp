@@ -1,5 +1,4 @@
-// Time management: the deadlines computed from a go command's limits, and the answer to "is
-// time up?" at different moments of a search.
+// Time management: the deadlines of a go command, and when time is up.
 #include "search/timeman.h"
 
 #include <gtest/gtest.h>

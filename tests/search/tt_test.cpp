@@ -1,6 +1,4 @@
-// The transposition table: what a probe gives back after a store, which entry a full cluster
-// gives up, mate scores kept relative to the root, the fill figure, resizing and the
-// opening-book entries.
+// The transposition table: stores, probes, replacement, mate scores, fill, size and book moves.
 #include "search/tt.h"
 
 #include <gtest/gtest.h>
