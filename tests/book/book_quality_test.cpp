@@ -1,8 +1,6 @@
-// Book quality on a sample: no book move may lose more than 0.4 pawns against the best move of a
-// depth-12 search of the same position by the engine itself. The generator chose the moves with
-// that same search, so this also proves that the search's answer depends on the position alone
-// (here the positions are searched in another order, in another process). The start position's
-// six moves are fixed, not chosen.
+// No sampled book move loses more than 0.4 pawns to a depth-12 search of its position; as the
+// generator chose the moves with that search, this also proves the search depends on the
+// position alone.
 #include <gtest/gtest.h>
 
 #include "book/book_check.h"

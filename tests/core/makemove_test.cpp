@@ -1,5 +1,4 @@
-// Make and unmake: incremental fields against a position set up from scratch, full restoration
-// on unmake, rights, en passant, null moves and repetitions.
+// Make and unmake against positions set up from scratch, and the fields they update.
 #include <gtest/gtest.h>
 
 #include "test_positions.h"
@@ -7,7 +6,7 @@
 namespace {
 
 using coretest::BoardSnapshot;
-using coretest::PositionFields;
+using coretest::positionFields;
 
 // Makes coordinate moves; "null" makes a null move.
 void play(Board& board, const std::string& moves) {
@@ -30,8 +29,7 @@ void checkedMake(Board& board, Board& scratch, Move m) {
     m ? board.makeMove(m) : board.makeNullMove();
     const std::string fen = board.getFen();
     ASSERT_EQ(scratch.setFen(fen), 0) << fen;
-    SCOPED_TRACE(moveToUci(m) + " giving " + fen);
-    coretest::expectSameFields(PositionFields(board), PositionFields(scratch));
+    EXPECT_EQ(positionFields(board), positionFields(scratch)) << moveToUci(m) << " giving " << fen;
     m ? board.unmakeMove(m) : board.unmakeNullMove();
     before.expectRestored(board);
     m ? board.makeMove(m) : board.makeNullMove();
@@ -65,14 +63,11 @@ TEST(MakeMove, RandomGamesMatchFreshSetupAndUnmakeRestores) {
         BoardSnapshot(*fresh).expectRestored(*board);
         if (HasFailure()) return;
     }
-    EXPECT_GT(captures, 1000);
-    EXPECT_GT(promotions, 50);
-    EXPECT_GT(castles, 300);
-    EXPECT_GT(enPassants, 50);
-    EXPECT_GT(nullMoves, 1000);
+    EXPECT_TRUE(captures > 1000 && promotions > 50 && castles > 300 && enPassants > 50 &&
+                nullMoves > 1000);
 }
 
-// Every move and reply of the published perft positions, rich in castling, en passant and pins.
+// Every move and reply of the perft positions, rich in castling, en passant, pins and endings.
 TEST(MakeMove, TwoPliesOfEveryPerftPosition) {
     auto board = coretest::newBoard(), scratch = coretest::newBoard();
     for (const std::string& fen : coretest::perftFens()) {
@@ -89,86 +84,52 @@ TEST(MakeMove, TwoPliesOfEveryPerftPosition) {
     }
 }
 
-// The FEN after some moves shows the placement, rights, en-passant square and counters.
+// The FEN after some moves shows the placement, rights, en-passant square and counters (which a
+// comparison with a fresh set-up from the board's own FEN cannot prove).
 TEST(MakeMove, RightsEnPassantAndCounters) {
-    struct Case {
+    const char* EP = "4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1";
+    const struct {
         const char* start;
         const char* moves;
         const char* after;
     } cases[] = {
-        // Castling moves the rook; any king move drops both rights of its side.
-        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1g1", "r3k2r/8/8/8/8/8/8/R4RK1 b kq - 1 1"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1c1", "r3k2r/8/8/8/8/8/8/2KR3R b kq - 1 1"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8g8", "r4rk1/8/8/8/8/8/8/R3K2R w KQ - 1 2"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8c8", "2kr3r/8/8/8/8/8/8/R3K2R w KQ - 1 2"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1f1", "r3k2r/8/8/8/8/8/8/R4K1R b kq - 1 1"},
-        // A rook leaving or taken on its corner drops that right.
-        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "a1a8", "R3k2r/8/8/8/8/8/8/4K2R b Kk - 0 1"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "h1h2", "r3k2r/8/8/8/8/8/7R/R3K3 b Qkq - 1 1"},
+        // Castling moves the rook and drops both rights; a rook taken on its corner drops one.
+        {"r3k2r/6b1/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1c1", "r3k2r/6b1/8/8/8/8/8/2KR3R b kq - 1 1"},
         {"r3k2r/6b1/8/8/8/8/8/R3K2R b KQkq - 0 1", "g7a1", "r3k2r/8/8/8/8/8/8/b3K2R w Kkq - 0 2"},
-        // No black pawn beside e4: no en-passant square; a pawn beside the arrival square keeps
-        // it for one ply; the capture removes the pawn behind the target.
-        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "e2e4",
-         "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"},
+        // No pawn beside e4: no en-passant square; a pawn beside it keeps the square for one
+        // ply; the capture removes the pawn behind the target.
         {"4k3/8/8/3p4/8/8/4P3/4K3 w - - 0 1", "e2e4", "4k3/8/8/3p4/4P3/8/8/4K3 b - - 0 1"},
-        {"4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1", "e2e4", "4k3/8/8/8/3pP3/8/8/4K3 b - e3 0 1"},
-        {"4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1", "e2e4 e8d8", "3k4/8/8/8/3pP3/8/8/4K3 w - - 1 2"},
-        {"4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1", "e2e4 d4e3", "4k3/8/8/8/8/4p3/8/4K3 w - - 0 2"},
-        {"4k3/4p3/8/5P2/8/8/8/4K3 b - - 0 1", "e7e5 f5e6", "4k3/8/4P3/8/8/8/8/4K3 b - - 0 2"},
-        // Promotions, with and without capture; the fifty-move counter.
+        {EP, "e2e4", "4k3/8/8/8/3pP3/8/8/4K3 b - e3 0 1"},
+        {EP, "e2e4 e8d8", "3k4/8/8/8/3pP3/8/8/4K3 w - - 1 2"},
+        {EP, "e2e4 d4e3", "4k3/8/8/8/8/4p3/8/4K3 w - - 0 2"},
+        // Promotions, with and without capture, reset the fifty-move counter.
         {"1n2k3/P7/8/8/8/8/8/4K3 w - - 5 9", "a7a8q", "Qn2k3/8/8/8/8/8/8/4K3 b - - 0 9"},
-        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 5 9", "a7b8n", "1N2k3/8/8/8/8/8/8/4K3 b - - 0 9"},
-        {"4k3/8/8/8/8/8/6p1/4K2R b K - 0 1", "g2h1r", "4k3/8/8/8/8/8/8/4K2r w - - 0 2"},
-        {"4k3/8/8/8/8/8/3r4/R3K3 w Q - 7 20", "a1a2 d2a2", "4k3/8/8/8/8/8/r7/4K3 w - - 0 21"},
+        {"4k3/8/8/8/8/8/6p1/4K2R b K - 3 1", "g2h1r", "4k3/8/8/8/8/8/8/4K2r w - - 0 2"},
     };
-    auto board = coretest::newBoard(), scratch = coretest::newBoard();
-    for (const Case& c : cases) {
+    auto board = coretest::newBoard();
+    for (const auto& c : cases) {
         ASSERT_EQ(board->setFen(c.start), 0) << c.start;
         play(*board, c.moves);
         EXPECT_EQ(board->getFen(), c.after) << c.start << " + " << c.moves;
-        ASSERT_EQ(scratch->setFen(c.after), 0) << c.after;
-        SCOPED_TRACE(c.after);
-        coretest::expectSameFields(PositionFields(*board), PositionFields(*scratch));
     }
-}
-
-TEST(MakeMove, NullMove) {
-    auto board = coretest::newBoard();
-    ASSERT_EQ(board->setPosition("position startpos moves e2e4 d7d5 e4e5 f7f5"), 0);
-    ASSERT_EQ(board->state().epSquare, 45u);  // f6
-    const uint64_t key = board->key();
-    BoardSnapshot before(*board);
-    board->makeNullMove();
-    const PositionState& st = board->state();
-    EXPECT_EQ(board->getFen(), "rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR b KQkq - 1 3");
-    EXPECT_EQ(st.key, key ^ board->zobrist.epKey[45] ^ board->zobrist.sideKey);
-    EXPECT_EQ(st.lastNull, board->stateIndex());
-    EXPECT_EQ(st.inCheck, 0);
-    board->unmakeNullMove();
-    before.expectRestored(*board);
 }
 
 // Set when the position occurred before with the same side to move, looking back past null
 // moves but not past the last pawn move or capture, and never at the two latest plies.
 TEST(MakeMove, RepetitionFlag) {
-    struct Case {
-        const char* moves;
-        std::vector<uint32_t> flags;
-    } cases[] = {
-        {"g1f3 g8f6 f3g1 f6g8", {0, 0, 0, 1}},
-        {"g1f3 g8f6 f3g1 f6g8 g1f3 g8f6", {0, 0, 0, 1, 1, 1}},
+    const std::pair<const char*, std::vector<uint32_t>> cases[] = {
         {"g1f3 g8f6 f3g1 f6g8 e2e4 e7e5", {0, 0, 0, 1, 0, 0}},
         {"g1f3 null f3g1 null", {0, 0, 0, 1}},
         {"e2e4 null null", {0, 0, 0}},
         {"b1c3 b8c6 c3b1 c6b8 e2e4 b8c6 g1f3 c6b8 f3g1", {0, 0, 0, 1, 0, 0, 0, 0, 1}},
     };
     auto board = coretest::newBoard();
-    for (const Case& c : cases) {
+    for (const auto& [moves, expected] : cases) {
         board->setStartPosition();
-        std::istringstream in(c.moves);
+        std::istringstream in(moves);
         std::vector<uint32_t> flags;
         for (std::string text; in >> text; flags.push_back(board->state().repetition))
             play(*board, text);
-        EXPECT_EQ(flags, c.flags) << c.moves;
+        EXPECT_EQ(flags, expected) << moves;
     }
 }

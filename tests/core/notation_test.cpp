@@ -1,4 +1,4 @@
-// Move notation: the coordinate form of the UCI protocol and standard algebraic notation.
+// Move notation; coordinate moves are also read through the console tests.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -8,148 +8,56 @@
 namespace {
 
 constexpr const char* START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-constexpr const char* PROMOTION = "4k3/P7/8/8/8/8/p7/4K3 w - - 0 1";
+constexpr const char* PROMOTION = "1n2k3/P7/8/8/8/8/p7/4K3 w - - 0 1";
 constexpr const char* EN_PASSANT = "4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1";
-constexpr const char* CASTLING = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
-
-int square(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
-Move move(int piece, const char* from, const char* to, int captured = 0, int promo = 0) {
-    return makeMove(piece, square(from), square(to), captured, promo);
-}
+constexpr const char* KNIGHTS = "4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1";
 
 }  // namespace
 
-// The parsed value, and whether the membership test finds it among the legal moves.
-TEST(Notation, ParseMove) {
-    struct Case {
-        const char* fen;
-        const char* text;
-        Move expected;
-        bool legal;
-    } cases[] = {
-        {START, "e2e4", move(W_PAWN, "e2", "e4"), true},
-        {START, "e2e4  \r\n", move(W_PAWN, "e2", "e4"), true},
-        // Any pawn move other than a push onto an empty square reads as en passant.
-        {START, "e2e5", move(W_PAWN, "e2", "e5", B_PAWN) | EP_FLAG, false},
-        // The parser does not ask whose turn it is; the membership test does.
-        {START, "e7e5", move(B_PAWN, "e7", "e5"), false},
-        {START, "e2e4q", move(W_PAWN, "e2", "e4", 0, 3), false},
-        {START, "a1a", 0, false},
-        {START, "i2i4", 0, false},
-        {START, "e2e9", 0, false},
-        {START, "E2E4", 0, false},
-        {START, "", 0, false},
-        {START, " e2e4", 0, false},
-        {START, "e2e4q5", 0, false},
-        // A pawn reaching the last rank becomes a queen unless a letter says otherwise.
-        {PROMOTION, "a7a8", move(W_PAWN, "a7", "a8", 0, 3), true},
-        {PROMOTION, "a7a8n", move(W_PAWN, "a7", "a8", 0, 0), true},
-        {PROMOTION, "a7a8b", move(W_PAWN, "a7", "a8", 0, 1), true},
-        {PROMOTION, "a7a8r", move(W_PAWN, "a7", "a8", 0, 2), true},
-        {PROMOTION, "a7a8x", move(W_PAWN, "a7", "a8", 0, 3), true},
-        {PROMOTION, "a2a1n", move(B_PAWN, "a2", "a1", 0, 0), false},
-        // A sideways pawn move onto an empty square is en passant.
-        {EN_PASSANT, "e5d6", move(W_PAWN, "e5", "d6", B_PAWN) | EP_FLAG, true},
-        {"4k3/8/8/3pP3/8/8/8/4K3 w - - 0 1", "e5d6", move(W_PAWN, "e5", "d6", B_PAWN) | EP_FLAG,
-         false},
-        {CASTLING, "e1g1", CASTLE_WK, true},
-        {CASTLING, "a1a8", move(W_ROOK, "a1", "a8", B_ROOK), true},
-    };
+// A promotion letter on a pawn move that does not promote makes it illegal, the knight's included
+// (its code is 0, as for no promotion).
+TEST(Notation, PromotionLetterOnAPlainMoveIsIllegal) {
     auto board = coretest::newBoard();
-    for (const Case& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        Move m = parseMove(*board, c.text);
-        EXPECT_EQ(m, c.expected) << '"' << c.text << "\" in " << c.fen;
-        EXPECT_EQ(isMoveInList(*board, m | 0xFF800000u), c.legal)
-            << '"' << c.text << "\" in " << c.fen;
-        if (c.legal) {
-            EXPECT_EQ(parseMove(*board, moveToUci(m)), m) << c.text;
-        }
-    }
+    for (const char* text : {"e2e4q", "e2e4n"})
+        EXPECT_FALSE(isMoveInList(*board, parseMove(*board, text))) << text;
 }
 
-// A promotion letter on a move that does not promote makes it illegal, the knight's included.
-TEST(Notation, KnightLetterOnAPlainPawnMoveIsRefused) {
-    auto board = coretest::newBoard();
-    EXPECT_FALSE(isMoveInList(*board, parseMove(*board, "e2e4n")));
-    EXPECT_EQ(board->setPosition("position startpos moves e2e4n"), 3);
-}
-
-// SAN written for a move, and read back to the same move.
-TEST(Notation, MoveToSan) {
-    struct Case {
+// SAN read into a coordinate move (empty: no single move); where the SAN is the standard form,
+// the move is also written that way, leaving the position as it was.
+TEST(Notation, San) {
+    const struct {
         const char* fen;
+        const char* san;
         const char* move;
-        const char* san;
+        bool standard;
     } cases[] = {
-        {START, "g1f3", "Nf3"},
-        {START, "e2e4", "e4"},
-        {EN_PASSANT, "e5d6", "exd6"},
         // Disambiguation by file, by rank, by both; none when the other piece is pinned.
-        {"4k3/8/8/8/8/8/8/1N1K1N2 w - - 0 1", "b1d2", "Nbd2"},
-        {"4k3/8/8/R7/8/8/8/R3K3 w - - 0 1", "a1a3", "R1a3"},
-        {"4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1", "c2d4", "Nc2d4"},
-        {"4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1", "c6d4", "N6d4"},
-        {"4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1", "e2d4", "Ned4"},
-        {"4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1", "c2a3", "Na3"},
-        {"4k3/8/8/3b4/8/5N2/8/1N5K w - - 0 1", "b1d2", "Nd2"},
+        {KNIGHTS, "Nc2d4", "c2d4", true},
+        {KNIGHTS, "N6d4", "c6d4", true},
+        {KNIGHTS, "Ncd4", "", false},
+        {"4k3/8/8/3b4/8/5N2/8/1N5K w - - 0 1", "Nd2", "b1d2", true},
         // Captures, promotions, castling, check and mate; stalemate is no mate.
-        {"3rk3/8/8/8/8/8/8/3RK2R w - - 0 1", "d1d8", "Rxd8+"},
-        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a7a8q", "a8=Q"},
-        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a7b8n", "axb8=N"},
-        {"4k3/1P6/8/8/8/8/8/4K3 w - - 0 1", "b7b8q", "b8=Q+"},
-        {"4k3/8/8/8/8/8/p7/4K3 b - - 0 1", "a2a1r", "a1=R+"},
-        {CASTLING, "e1g1", "O-O"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8c8", "O-O-O"},
-        {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", "e1g1", "O-O+"},
-        {"rnbqkbnr/pppp1ppp/8/4p3/6P1/5P2/PPPPP2P/RNBQKBNR b KQkq - 0 2", "d8h4", "Qh4#"},
-        {"6k1/5ppp/8/8/8/8/8/R3K3 w - - 0 1", "a1a8", "Ra8#"},
-        {"7k/8/6K1/8/8/8/8/5Q2 w - - 0 1", "f1f7", "Qf7"},
+        {EN_PASSANT, "exd6", "e5d6", true},
+        {"3rk3/8/8/8/8/8/8/3RK2R w - - 0 1", "Rxd8+", "d1d8", true},
+        {PROMOTION, "axb8=N", "a7b8n", true},
+        {PROMOTION, "a8", "a7a8q", false},
+        {PROMOTION, "a8=K", "", false},
+        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O-O", "e8c8", true},
+        {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", "O-O+", "e1g1", true},
+        {"6k1/5ppp/8/8/8/8/8/R3K3 w - - 0 1", "Ra8#", "a1a8", true},
+        {"7k/8/6K1/8/8/8/8/5Q2 w - - 0 1", "Qf7", "f1f7", true},
+        // Looser forms that the reader accepts, and text that names no move.
+        {START, "Ng1-f3", "g1f3", false},
+        {START, "O-O", "", false},
     };
     auto board = coretest::newBoard();
-    for (const Case& c : cases) {
-        ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
-        Move m = parseMove(*board, c.move);
-        ASSERT_TRUE(isMoveInList(*board, m)) << c.move << " in " << c.fen;
-        const uint64_t key = board->key();
-        EXPECT_EQ(moveToSan(*board, m), c.san) << c.move << " in " << c.fen;
-        EXPECT_EQ(board->key(), key) << "the position must stay as it was";
-        EXPECT_EQ(sanToMove(*board, c.san), m) << c.san << " in " << c.fen;
-    }
-}
-
-// Looser SAN that the reader accepts, castling forms, and text that names no single move.
-TEST(Notation, SanToCoordinate) {
-    struct Case {
-        const char* fen;
-        const char* san;
-        const char* move;  // empty: no move
-    } cases[] = {
-        {START, "Nf3+", "g1f3"},
-        {START, "e4!?", "e2e4"},
-        {START, "Ng1-f3", "g1f3"},
-        {START, "e5", ""},
-        {START, "O-O", ""},
-        {START, "", ""},
-        {START, "Zz9", ""},
-        {"4k3/8/8/8/8/8/8/1N1K1N2 w - - 0 1", "Nd2", ""},
-        {"4k3/8/8/8/8/8/8/1N1K1N2 w - - 0 1", "Nfxd2", "f1d2"},
-        {"4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1", "Ncd4", ""},
-        {"4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1", "N2d4", ""},
-        {CASTLING, "O-O", "e1g1"},
-        {CASTLING, "0-0", "e1g1"},
-        {CASTLING, "O-O-O", "e1c1"},
-        {CASTLING, "0-0-0", "e1c1"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O", "e8g8"},
-        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "0-0-0", "e8c8"},
-        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8R", "a7a8r"},
-        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8", "a7a8q"},
-        {"1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8=K", ""},
-    };
-    auto board = coretest::newBoard();
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         ASSERT_EQ(board->setFen(c.fen), 0) << c.fen;
         EXPECT_EQ(sanToCoordinate(*board, c.san), c.move) << '"' << c.san << "\" in " << c.fen;
+        if (!c.standard) continue;
+        const uint64_t key = board->key();
+        EXPECT_EQ(moveToSan(*board, parseMove(*board, c.move)), c.san) << c.fen;
+        EXPECT_EQ(board->key(), key) << "the position must stay as it was";
     }
 }
 
@@ -170,9 +78,8 @@ TEST(Notation, SanRoundTrip) {
     int checks = 0, mates = 0;
     for (const std::string& fen : fens) {
         ASSERT_EQ(board->setFen(fen), 0) << fen;
-        const std::vector<Move> legal = coretest::legalMoves(*board);
-        ASSERT_EQ(std::set<Move>(legal.begin(), legal.end()).size(), legal.size()) << fen;
         std::set<std::string> written;
+        const std::vector<Move> legal = coretest::legalMoves(*board);
         for (Move m : legal) {
             std::string san = moveToSan(*board, m);
             EXPECT_EQ(sanToMove(*board, san), m) << san << " in " << fen;

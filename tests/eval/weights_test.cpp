@@ -105,21 +105,6 @@ TEST_F(Weights, QueenCurveIsFlatFromFourteenMoves) {
     EXPECT_GT(evalTables.queenMobility[14].eg, evalTables.queenMobility[13].eg);
 }
 
-TEST_F(Weights, ExchangeValuesCountBishopsAsKnights) {
-    EXPECT_EQ(seeValue(EMPTY), 0);
-    EXPECT_EQ(seeValue(13), 0);
-    EXPECT_EQ(seeValue(W_PAWN), 101);
-    EXPECT_EQ(seeValue(B_BISHOP), 407);
-    EXPECT_EQ(seeValue(W_ROOK), 548);
-    EXPECT_EQ(seeValue(B_QUEEN), 1310);
-    EXPECT_EQ(seeValue(W_KING), 32000);
-    run("setweight id 3 values 500 500");
-    EXPECT_EQ(seeValue(W_BISHOP), 407);
-    run("setweight id 2 values 420 400");
-    EXPECT_EQ(seeValue(B_BISHOP), 420);
-    EXPECT_EQ(seeValue(B_KNIGHT), 420);
-}
-
 // The evaluation cache holds scores of the old weights; the next evaluation must not use them,
 // and "setweight default" restores every entry.
 TEST_F(Weights, ChangeSeenByTheNextEvaluation) {

@@ -1,6 +1,4 @@
-// Single nodes of the search, called directly on a search thread's board: mates and stalemates
-// at any ply, the fifty-move rule, mate-distance pruning, the stop flag, the fail-hard window,
-// quiescence's horizon and its refusal of under-promotions.
+// Single nodes of the search, called directly on a search thread's board.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -39,158 +37,62 @@ class SearchNodes : public ::testing::Test {
   protected:
     SearchNodes() { tt.resize(1); }
     TranspositionTable tt;
+    NodeProbe node{tt};
 };
 
 const std::string CHECKMATED = "6k1/R4ppp/8/8/8/8/5PPP/1r4K1 w - - 0 1";
-const std::string STALEMATED = "k7/p7/P7/8/8/8/7P/1Q5K b - - 0 1";
 const std::string MIDDLEGAME = "r2q1rk1/pp2bppp/2n1bn2/3p4/3P4/2NBBN2/PP3PPP/R2Q1RK1 w - - 4 11";
 const std::string ITALIAN = "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4";
 
 }  // namespace
 
-// Being mated at ply p scores p - 32767, in the main search and in quiescence alike.
-TEST_F(SearchNodes, CheckmatedAtAnyPly) {
-    NodeProbe node(tt);
-    for (int ply : {1, 2, 7, 40}) {
-        for (int depth : {0, 1, 5}) {
-            node.setPosition(CHECKMATED);
-            EXPECT_EQ(node.search(ply, depth, -MATE, MATE), ply - MATE) << ply << ", " << depth;
-        }
-        node.setPosition(CHECKMATED);
-        EXPECT_EQ(node.quiesce(ply, -MATE, MATE), ply - MATE) << ply;
-    }
-}
-
-// A stalemate scores 0 and is remembered as an exact entry of depth 100 without a move.
-TEST_F(SearchNodes, StalemateIsStoredAsADraw) {
-    NodeProbe node(tt);
-    node.setPosition(STALEMATED);
-    EXPECT_EQ(node.search(3, 4, -MATE, MATE), 0);
-    ProbeResult entry = tt.probe(node.board.key(), 3);
-    EXPECT_EQ(entry.bound, BOUND_EXACT);
-    EXPECT_EQ(entry.depth, 100);
-    EXPECT_EQ(entry.score, 0);
-    EXPECT_EQ(entry.move, 0u);
-}
-
-// A queen against a rook: at a half-move clock of 101 the node is a draw before anything else;
-// at 100 it is still searched (its quiet moves then end in draws); at 99 its children are
-// searched too.
-TEST_F(SearchNodes, FiftyMoveRuleAtTheNode) {
-    NodeProbe node(tt);
-    const struct {
-        int clock, depth;
-        bool immediateDraw;
-    } cases[] = {{101, 1, true}, {101, 6, true}, {130, 3, true}, {100, 1, false}, {99, 1, false}};
-    for (const auto& c : cases) {
-        node.setPosition("4k3/8/8/8/8/8/3r4/Q5K1 w - - " + std::to_string(c.clock) + " 80");
-        const int score = node.search(1, c.depth, -MATE, MATE);
-        if (c.immediateDraw) {
-            EXPECT_EQ(score, 0) << c.clock << ", " << c.depth;
-            EXPECT_EQ(node.totalNodes(), 1u) << c.clock << ": nothing below the node";
-        } else {
-            EXPECT_GT(node.totalNodes(), 1u) << c.clock << ": searched";
-        }
-        if (c.clock == 99) {
-            EXPECT_GT(score, 100) << "the queen counts";
-        }
-    }
-}
-
-// No score can beat a mate at the next ply: with alpha there already, the node returns alpha
-// without searching a move. The same for the losing side against beta.
-TEST_F(SearchNodes, MateDistancePruning) {
-    NodeProbe node(tt);
-    const struct {
-        int ply, alpha, beta, expected;
-    } cases[] = {
-        {5, MATE - 5, MATE - 4, MATE - 5},           // alpha = a mate delivered here
-        {5, MATE - 3, MATE - 2, MATE - 3},           //
-        {5, 5 - MATE - 1, 5 - MATE, 5 - MATE},       // beta = being mated here
-        {10, 10 - MATE - 20, 10 - MATE, 10 - MATE},  //
-    };
-    for (const auto& c : cases) {
-        node.setPosition(MIDDLEGAME);
-        EXPECT_EQ(node.search(c.ply, 6, c.alpha, c.beta), c.expected)
-            << c.ply << " (" << c.alpha << ", " << c.beta << ")";
-        EXPECT_EQ(node.totalNodes(), 1u) << "pruned before any move";
-    }
-}
-
-TEST_F(SearchNodes, StopFlagReturnsAlphaAtOnce) {
-    NodeProbe node(tt);
-    node.setPosition(MIDDLEGAME);
-    node.stopFlag = 1;
-    EXPECT_EQ(node.search(1, 8, -123, 456), -123);
-    EXPECT_EQ(node.totalNodes(), 1u);
-    EXPECT_EQ(tt.filled(), 0u) << "a stopped node stores nothing";
-}
-
-// The node search is fail-hard: whatever the window, the result stays inside it.
-TEST_F(SearchNodes, ResultStaysInsideTheWindow) {
-    NodeProbe node(tt);
-    const struct {
-        int alpha, beta;
-    } windows[] = {{-MATE, MATE}, {-50, 50}, {100, 101}, {-1, 0},
-                   {-300, -299},  {0, 1000}, {250, 900}, {-900, -250}};
-    for (const std::string& fen :
-         {MIDDLEGAME, ITALIAN, std::string("4k3/8/8/8/8/8/3r4/Q5K1 w - - 0 1")}) {
-        for (const auto& w : windows) {
-            for (int depth : {1, 3, 5}) {
-                node.setPosition(fen);
-                const int score = node.search(1, depth, w.alpha, w.beta);
-                EXPECT_GE(score, w.alpha) << fen << " depth " << depth;
-                EXPECT_LE(score, w.beta) << fen << " depth " << depth;
-            }
-        }
-    }
-}
-
-// Being mated and the fifty-move rule give their exact value whatever the window. (A stalemate
-// need not: razoring may answer first when the side to move is far behind.)
+// Being mated at ply p scores p - 32767 in search and quiescence, and the fifty-move rule's draw
+// 0, whatever the window.
 TEST_F(SearchNodes, TerminalValuesIgnoreTheWindow) {
-    NodeProbe node(tt);
-    const struct {
-        std::string fen;
-        int value;
-    } cases[] = {
-        {CHECKMATED, 1 - MATE},
-        {"4k3/8/8/8/8/8/3r4/Q5K1 w - - 101 80", 0},
-    };
-    const int windows[][2] = {{-MATE, MATE}, {100, 101}, {-300, -299}, {-MATE, -MATE + 5}};
-    for (const auto& c : cases) {
-        for (const auto& w : windows) {
-            node.setPosition(c.fen);
-            EXPECT_EQ(node.search(1, 3, w[0], w[1]), c.value)
-                << c.fen << " (" << w[0] << ", " << w[1] << ")";
+    const int windows[][2] = {{-MATE, MATE}, {100, 101}, {-300, -299}, {-MATE, -MATE + 50}};
+    for (const auto& w : windows) {
+        for (int ply : {1, 7, 40}) {
+            for (int depth : {0, 3}) {
+                node.setPosition(CHECKMATED);
+                EXPECT_EQ(node.search(ply, depth, w[0], w[1]), ply - MATE) << ply << ", " << depth;
+            }
+            node.setPosition(CHECKMATED);
+            EXPECT_EQ(node.quiesce(ply, w[0], w[1]), ply - MATE) << ply;
         }
+        node.setPosition("4k3/8/8/8/8/8/3r4/Q5K1 w - - 101 80");
+        EXPECT_EQ(node.search(1, 3, w[0], w[1]), 0) << w[0] << ", " << w[1];
     }
 }
 
-// Outside check quiescence promotes to a queen only.
-TEST_F(SearchNodes, QuiescenceSkipsUnderPromotions) {
-    NodeProbe node(tt);
-    node.setPosition("8/P7/8/8/8/8/k7/7K w - - 0 1");
-    node.quiesce(1, -MATE, MATE);
-    EXPECT_EQ(node.totalNodes(), 1u) << "a7a8q and nothing else";
-}
-
-// Far from the root quiescence returns the static evaluation: from ply 120 when not in check,
-// from ply 127 even in check.
-TEST_F(SearchNodes, QuiescenceHorizon) {
-    NodeProbe node(tt);
+// Nodes answered before any move is searched: mate-distance pruning (no score beats a mate at
+// the next ply, none loses to being mated here), the stop flag (alpha, and nothing stored), and
+// quiescence far from the root (the static evaluation from ply 120, from 127 even in check).
+TEST_F(SearchNodes, AnsweredWithoutSearchingAMove) {
+    constexpr int QUIESCENCE = -1, EVAL = MATE + 1;
+    const std::string mated = "r1bqkbnr/pppp1Qpp/2n5/4p3/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 0 3";
     const struct {
         std::string fen;
-        int ply;
+        int ply, depth, alpha, beta;
+        bool stop;
+        int expected;
+        uint64_t nodes;
     } cases[] = {
-        {MIDDLEGAME, 120},
-        {ITALIAN, 125},
-        {"r1bqkbnr/pppp1Qpp/2n5/4p3/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 0 3", 127},  // mated
+        {MIDDLEGAME, 5, 6, MATE - 3, MATE - 2, false, MATE - 3, 1},
+        {MIDDLEGAME, 10, 6, 10 - MATE - 20, 10 - MATE, false, 10 - MATE, 1},
+        {MIDDLEGAME, 1, 8, -123, 456, true, -123, 1},
+        {MIDDLEGAME, 120, QUIESCENCE, -MATE, MATE, false, EVAL, 0},
+        {ITALIAN, 125, QUIESCENCE, -MATE, MATE, false, EVAL, 0},
+        {mated, 127, QUIESCENCE, -MATE, MATE, false, EVAL, 0},
     };
     for (const auto& c : cases) {
         node.setPosition(c.fen);
-        const int eval = node.evaluate();
-        EXPECT_EQ(node.quiesce(c.ply, -MATE, MATE), eval) << c.fen;
-        EXPECT_EQ(node.totalNodes(), 0u) << c.fen;
+        node.stopFlag = c.stop;
+        const int expected = c.expected == EVAL ? node.evaluate() : c.expected;
+        EXPECT_EQ(c.depth == QUIESCENCE ? node.quiesce(c.ply, c.alpha, c.beta)
+                                        : node.search(c.ply, c.depth, c.alpha, c.beta),
+                  expected)
+            << c.fen << " at ply " << c.ply;
+        EXPECT_EQ(node.totalNodes(), c.nodes) << c.fen << " at ply " << c.ply;
+        EXPECT_EQ(tt.filled(), 0u) << c.fen << " at ply " << c.ply;
     }
 }
