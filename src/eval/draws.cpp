@@ -19,35 +19,46 @@ int promotionSquare(Color c, int pawnSq) { return makeSquare(fileOf(pawnSq), c =
 
 bool alwaysDrawn(const Board&) { return true; }
 
+// The side to move is in check or attacks a piece: the pattern may not survive the next move,
+// so the search has to look.
+bool unsettled(const Board& b) {
+    if (b.inCheck()) return true;
+    Color us = b.sideToMove, them = ~us;
+    Bitboard pieces = b.colorBB[them] & ~b.pieces(them, PAWN) & ~b.pieces(them, KING);
+    for (Bitboard p = pieces; p;)
+        if (b.attackersTo(popLsb(p), b.occupiedBB) & b.colorBB[us]) return true;
+    return false;
+}
+
 // Two knights cannot force mate; only a king on the edge can walk into one.
 bool drawnKNNK(const Board& b) { return !onEdge(b.kingSquare[~owner(b, KNIGHT)]); }
 
-// The pawn is two steps or less from promotion, its king guards it from the side, and the
-// rook's king is too far away to help.
+// The pawn is two steps or less from promotion, its king guards it from the side (from
+// behind it would let the rook in front), the rook watches its path (or it would simply run)
+// and the rook's king is too far away to help.
 bool drawnKRKP(const Board& b) {
     Color strong = owner(b, ROOK), weak = ~strong;
     int pawnSq = squareOf(b, weak, PAWN), weakKing = b.kingSquare[weak],
         strongKing = b.kingSquare[strong];
+    Bitboard rookReach = b.attacks.rookAttacks(squareOf(b, strong, ROOK), b.occupiedBB);
     return relativeRank(weak, pawnSq) >= 5 && distance(weakKing, pawnSq) <= 1 &&
-           !(pawnPath(b, weak, pawnSq) & squareBB(weakKing)) && distance(strongKing, pawnSq) >= 3 &&
-           distance(strongKing, promotionSquare(weak, pawnSq)) >= 3;
+           relativeRank(weak, weakKing) >= relativeRank(weak, pawnSq) &&
+           (rookReach & pawnPath(b, weak, pawnSq)) &&
+           !(pawnPath(b, weak, pawnSq) & squareBB(weakKing)) && distance(strongKing, pawnSq) >= 4 &&
+           distance(strongKing, promotionSquare(weak, pawnSq)) >= 4;
 }
 
-// A minor piece next to its king away from the edge holds against a rook, unless the rook can
-// take it at once.
+// A minor piece beside its king away from the edge holds against a rook.
 bool minorHoldsRook(const Board& b, int minorType) {
-    Color strong = owner(b, ROOK), weak = ~strong;
+    Color weak = ~owner(b, ROOK);
     int minorSq = squareOf(b, weak, minorType), weakKing = b.kingSquare[weak];
-    bool defended = distance(weakKing, minorSq) <= 1;
-    bool attacked =
-        b.attacks.rookAttacks(squareOf(b, strong, ROOK), b.occupiedBB) & squareBB(minorSq);
-    return !onEdge(weakKing) && distance(weakKing, minorSq) <= 2 && (defended || !attacked);
+    return !onEdge(weakKing) && !onEdge(minorSq) && distance(weakKing, minorSq) <= 1;
 }
 
 bool drawnKRKN(const Board& b) { return minorHoldsRook(b, KNIGHT); }
 
 // Against a rook and a bishop the king is safe in the corner the bishop does not cover: the
-// bishop blocks the mating check.
+// bishop, kept beside the king out of the rook's forks, blocks the mating check.
 bool drawnKRKB(const Board& b) {
     if (minorHoldsRook(b, BISHOP)) return true;
     Color weak = ~owner(b, ROOK);
@@ -55,12 +66,8 @@ bool drawnKRKB(const Board& b) {
     bool bishopLight = b.pieces(weak, BISHOP) & LIGHT_SQUARES;
     for (int corner : {0, 7, 56, 63}) {
         bool cornerLight = LIGHT_SQUARES & squareBB(corner);
-        if (cornerLight != bishopLight && distance(weakKing, corner) <= 1) {
-            int bishopSq = squareOf(b, weak, BISHOP);
-            return distance(weakKing, bishopSq) <= 1 ||
-                   !(b.attacks.rookAttacks(squareOf(b, ~weak, ROOK), b.occupiedBB) &
-                     squareBB(bishopSq));
-        }
+        if (cornerLight != bishopLight && distance(weakKing, corner) <= 1)
+            return distance(weakKing, squareOf(b, weak, BISHOP)) <= 1;
     }
     return false;
 }
@@ -89,20 +96,23 @@ bool equalHeavyPieces(const Board& b, int type) {
 }
 
 bool drawnKRKR(const Board& b) { return equalHeavyPieces(b, ROOK); }
-bool drawnKQKQ(const Board& b) { return equalHeavyPieces(b, QUEEN); }
+// A queen check often goes on to win the other queen by a skewer or to mate, many moves deep,
+// most of all against a king on the edge: only kings away from the edge, and a side to move
+// that has no check at all, count.
+bool drawnKQKQ(const Board& b) {
+    const AttackTables& at = b.attacks;
+    int ours = squareOf(b, b.sideToMove, QUEEN), theirKing = b.kingSquare[~b.sideToMove];
+    bool hasCheck = at.queenAttacks(ours, b.occupiedBB) & at.queenAttacks(theirKing, b.occupiedBB);
+    return !hasCheck && !onEdge(b.kingSquare[White]) && !onEdge(b.kingSquare[Black]) &&
+           equalHeavyPieces(b, QUEEN);
+}
 
-// A minor piece against a pawn: drawn when the piece's king stands on or next to the pawn's
-// path, or the piece itself controls the path and cannot be taken for nothing.
+// A minor piece against a pawn: drawn when the piece's king blocks the pawn's way. A king
+// merely beside the path is not enough: the pawn's own king can shoulder it aside.
 bool minorStopsPawn(const Board& b, int minorType) {
     Color defender = owner(b, minorType), runner = ~defender;
-    int pawnSq = squareOf(b, runner, PAWN), minorSq = squareOf(b, defender, minorType);
-    int defenderKing = b.kingSquare[defender];
-    Bitboard path = pawnPath(b, runner, pawnSq);
-    if (path & (b.attacks.kingAttacks[defenderKing] | squareBB(defenderKing))) return true;
-    Bitboard control = b.attacks.pieceAttacks(minorType, minorSq, b.occupiedBB) | squareBB(minorSq);
-    bool safe = distance(b.kingSquare[runner], minorSq) > 1 ||
-                distance(defenderKing, minorSq) <= 1 || b.sideToMove == defender;
-    return (path & control) && safe;
+    int pawnSq = squareOf(b, runner, PAWN);
+    return pawnPath(b, runner, pawnSq) & squareBB(b.kingSquare[defender]);
 }
 
 bool drawnKBKP(const Board& b) { return minorStopsPawn(b, BISHOP); }
@@ -120,15 +130,18 @@ bool drawnKBPK(const Board& b) {
     return bishopLight != promotionLight && distance(b.kingSquare[~strong], promotion) <= 1;
 }
 
-// A rook or bishop pawn on the seventh next to its king holds against the queen (stalemate
-// ideas) when the queen's king is far away.
+// A rook or bishop pawn on the seventh, its king beside it and beside the promotion square,
+// holds against the queen (stalemate ideas) when the queen's king is far away. Only with the
+// pawn's side to move: the queen's side would first use its move to take the corner square.
 bool drawnKQKP(const Board& b) {
     Color strong = owner(b, QUEEN), weak = ~strong;
     int pawnSq = squareOf(b, weak, PAWN);
-    int file = fileOf(pawnSq);
+    int file = fileOf(pawnSq), promotion = promotionSquare(weak, pawnSq);
+    int weakKing = b.kingSquare[weak];
     bool drawingFile = file == 0 || file == 2 || file == 5 || file == 7;
-    return drawingFile && relativeRank(weak, pawnSq) == 6 &&
-           distance(b.kingSquare[weak], pawnSq) <= 1 && distance(b.kingSquare[strong], pawnSq) >= 4;
+    return b.sideToMove == weak && drawingFile && relativeRank(weak, pawnSq) == 6 &&
+           distance(weakKing, pawnSq) <= 1 && distance(weakKing, promotion) <= 1 &&
+           distance(b.kingSquare[strong], promotion) >= 5;
 }
 
 struct DrawPattern {
@@ -148,6 +161,8 @@ bool Evaluator::recognizedDraw() const {
     EndGameId id = EndGameId(board.state().endgameId);
     if (id == UNKNOWN) return false;
     for (const DrawPattern& pattern : DRAW_PATTERNS)
-        if (pattern.id == id) return pattern.drawn(board);
+        if (pattern.id == id)
+            return pattern.drawn == alwaysDrawn ||
+                   (!unsettled(board) && pattern.drawn(board));
     return false;
 }

@@ -46,7 +46,9 @@ TEST(Evaluator, PhaseScaleBonusAndTheCachedAnswer) {
         int fresh = evaluator.Evaluate();
         EXPECT_EQ(evaluator.lastPhase(), c.phase) << c.fen;
         EXPECT_EQ(evaluator.lastScale(), c.scale) << c.fen;
-        if (c.score) EXPECT_EQ(fresh, c.score) << c.fen;
+        if (c.score) {
+            EXPECT_EQ(fresh, c.score) << c.fen;
+        }
         EXPECT_EQ(evaluator.Evaluate() - fresh, TEMPO - c.scale * TEMPO / 128) << c.fen;
         EXPECT_EQ(evaluator.evalCounters.hits, 1u);
     }

@@ -78,7 +78,9 @@ TEST(Search, FindsForcedMatesAtTheirExactDistance) {
         if (c.workers) std::this_thread::sleep_for(std::chrono::milliseconds(100));
         Outcome out = search(fenPosition(c.fen), c.depth);
         EXPECT_EQ(out.score, c.score) << c.fen;
-        if (*c.move) EXPECT_EQ(out.move, c.move) << c.fen;
+        if (*c.move) {
+            EXPECT_EQ(out.move, c.move) << c.fen;
+        }
     }
     searchThread().setWorkerCount(0);
 }

@@ -23,7 +23,7 @@ TEST(CommandFile, RunsLinesAsTyped) {
     directory.write("replies.txt",
                     "eval\ngo\nab\nx\n\nquit\nxyz abc\nsetparam anything\ntbtest kk\neval\n");
     directory.write("no_newline.txt", "eval\ntbtest kk");
-    directory.write("crlf.txt", "eval\r\n");  // the carriage return is part of the line
+    directory.write("crlf.txt", "eval\r\ntbtest kk\r\n");  // Windows line ends
     directory.write("my file.txt", "eval\n");
     directory.write("outer.txt", "eval\nruncmdfile inner.txt\ntbtest kk\n");
     directory.write("inner.txt", "xyz\n");
@@ -45,7 +45,7 @@ TEST(CommandFile, RunsLinesAsTyped) {
             {{"runcmdfile replies.txt"}, replies},
             {{"runcmdfile replies.txt and more words"}, replies},
             {{"runcmdfile no_newline.txt"}, {EVAL, TBTEST_USAGE}},
-            {{"runcmdfile crlf.txt"}, {"Unknown command : eval\r"}},
+            {{"runcmdfile crlf.txt"}, {EVAL, TBTEST_USAGE}},
             {{"runcmdfile outer.txt"}, {EVAL, "Unknown command : xyz", TBTEST_USAGE}},
             {{"runcmdfile broken.txt"},
              {"File gone.txt not found", USAGE, "Unknown command : runCmdFile", EVAL}},

@@ -40,7 +40,7 @@ TEST(Console, CommandReplies) {
             {{"tbtest kk"}, {"Usage: tbtest EndGameId [KRKP, KRKB ...]"}},
             {{"xyz abc def"}, {"Unknown command : xyz"}},  // only the command word is echoed
             {{"Quit"}, {"Unknown command : Quit"}},
-            {{"uci\r"}, {"Unknown command : uci\r"}},  // a carriage return is part of the word
+            {{"eval\r"}, {EVAL}},  // a carriage return before the line feed ends the line
             {{"   ", " isready"}, {"Unknown command : ", "Unknown command : "}},
             {{"", "", "eval", ""}, {EVAL}},  // empty lines are never handed to the command loop
             {{"e2e4n"}, {"Illegal move: e2e4n"}},  // a promotion letter on a plain push

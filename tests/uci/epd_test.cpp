@@ -97,14 +97,15 @@ TEST(Epd, MissingFileAnsweredAtOnce) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3000));
 }
 
-// The runs print nothing of their searches, and the next search prints its output again.
+// The runs print nothing of their searches, not even for a position without a legal move, and
+// the next search prints its output again.
 TEST(Epd, SearchOutputReturnsAfterARun) {
     ScratchDirectory directory;
     ASSERT_FALSE(directory.path.empty());
-    directory.writeLines("one.epd", {HANGING_QUEEN});
+    directory.writeLines("two.epd", {HANGING_QUEEN, "7k/6Q1/6K1/8/8/8/8/8 b - - bm Kh7; id \"mated\";"});
     EngineProcess engine(directory.path);
     engine.expectBanner();
-    ASSERT_EQ(engine.command("loadepd one.epd"), Lines{"1 positions loaded"});
+    ASSERT_EQ(engine.command("loadepd two.epd"), Lines{"2 positions loaded"});
     EXPECT_EQ(engine.command("runepd -d3 -q"), Lines{"1"});
     EXPECT_EQ(engine.collectFor(100), Lines{});
 

@@ -87,6 +87,10 @@ TEST(SearchProtocol, GoLimitsEndTheSearch) {
         {MIDDLEGAME, "go movetime 1000", 900, 1500, "~.* time (9[0-9][0-9]|1[0-9]{3}) .*"},
         {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "go mate 1", 0, 3000, "~.* score mate 1 .*"},
         {"3r2k1/5ppp/8/8/8/8/4RPPP/4R1K1 w - - 0 1", "go mate 2", 0, 3000, "~.* score mate 2 .*"},
+        // A mate that the pruning lets through only at depth 10: the search goes on until it
+        // has it, however deep.
+        {"2rr3k/pp3pp1/1nnqbN1p/3pN3/2pP4/2P3Q1/PPB4P/R4RK1 w - - 0 1", "go mate 2", 0, 3000,
+         "~info depth .* score mate 2 .* pv g3g6 .*"},
     };
     EngineProcess engine;
     Referee referee;
