@@ -73,7 +73,8 @@ bool drawnKRKB(const Board& b) {
 }
 
 // Equal heavy pieces: drawn unless the side to move is in check, can take the other piece for
-// nothing, can check while attacking it (a skewer or a fork), or may have a mate on the edge.
+// nothing, can check while attacking it (a skewer or a fork), has a discovered check, or may
+// have a mate on the edge.
 bool equalHeavyPieces(const Board& b, int type) {
     Color us = b.sideToMove, them = ~us;
     if (b.inCheck()) return false;
@@ -84,6 +85,10 @@ bool equalHeavyPieces(const Board& b, int type) {
     Bitboard reach = at.pieceAttacks(type, ours, b.occupiedBB);
     Bitboard takers = reach | at.kingAttacks[b.kingSquare[us]];
     if ((takers & squareBB(theirs)) && distance(theirKing, theirs) > 1) return false;
+    // The own king between the piece and the enemy king: a king move gives a discovered check
+    // and may win the other piece with it.
+    Bitboard withoutKing = b.occupiedBB ^ squareBB(b.kingSquare[us]);
+    if (at.pieceAttacks(type, ours, withoutKing) & squareBB(theirKing)) return false;
     Bitboard without = b.occupiedBB ^ squareBB(ours);
     for (Bitboard targets = reach & ~b.colorBB[us]; targets;) {
         int sq = popLsb(targets);

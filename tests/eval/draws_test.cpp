@@ -32,6 +32,7 @@ const DrawCase DRAW_CASES[] = {
     {"8/8/8/8/8/2Knk1R1/8/8 b - - 0 1",      KRKN, false, "side to move in check"},
     {"8/8/3k4/8/3r4/8/4R3/4K3 w - - 0 1",    KRKR, true,  "rooks apart, no check"},
     {"k7/4r3/8/8/8/8/4R3/4K3 w - - 0 1",     KRKR, false, "undefended rook attacked by the side to move"},
+    {"7K/8/8/8/7k/5R2/7r/8 b - - 0 1",       KRKR, false, "Kg4 uncovers a check and attacks the rook"},
     {"4k3/8/8/8/2p2B2/8/8/4K3 w - - 0 1",    KBKP, false, "bishop on the path, left to the search"},
     {"B7/8/8/8/8/1k6/2pK4/8 b - - 0 1",      KBKP, false, "king beside the path, shouldered off"},
     {"8/8/8/8/2p5/2K5/8/B3k3 w - - 0 1",     KBKP, true,  "king in front of the pawn"},
