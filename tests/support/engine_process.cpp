@@ -192,19 +192,16 @@ std::optional<int> EngineProcess::waitExit(int timeoutMs) {
 
 void expectTranscript(EngineProcess& engine, const std::vector<Exchange>& rows, int timeoutMs) {
     for (const Exchange& row : rows) {
-        const std::string what = row.send.empty() ? "(nothing)" : row.send.front().substr(0, 60);
         for (const std::string& line : row.send) engine.sendLine(line);
         engine.sendLine("isready");
-        Lines expected = row.expect, output = engine.readLines(expected.size() + 1, timeoutMs);
-        expected.push_back("readyok");
-        for (size_t i = 0; i < output.size(); i++) {
-            const std::string& want = expected[i];
-            EXPECT_TRUE(want.starts_with("~")
-                            ? std::regex_match(output[i], std::regex(want.substr(1)))
-                            : output[i] == want)
-                << what << ": line " << i + 1 << " [" << output[i] << "], expected [" << want
-                << "]";
-        }
+        Lines want = row.expect, output = engine.readLines(want.size() + 1, timeoutMs);
+        want.push_back("readyok");
+        for (size_t i = 0; i < output.size(); i++)
+            EXPECT_TRUE(want[i].starts_with("~")
+                            ? std::regex_match(output[i], std::regex(want[i].substr(1)))
+                            : output[i] == want[i])
+                << (row.send.empty() ? "(nothing)" : row.send.front().substr(0, 60)) << ": line "
+                << i + 1 << " [" << output[i] << "], expected [" << want[i] << "]";
     }
     EXPECT_EQ(engine.command(Lines{}), Lines{}) << "more output than the transcript expects";
 }

@@ -83,8 +83,9 @@ TEST(Position, GameTooLong) {
     EXPECT_EQ(commandAndGame(engine, "position startpos moves e2e4").second.moves, "e2e4");
 }
 
-// The whole print of the start position, line by line, also after a game was replaced.
-TEST(Print, StartPosition) {
+// The whole print of the start position, also after a game was replaced, then the status lines
+// (endgame id, ply, side, check, repetitions and piece counts) of other games.
+TEST(Print, BoardAndStatusLines) {
     // clang-format off
     const std::string F = "    A   B   C   D   E   F   G   H ", L = "   ░░░░    ░░░░    ░░░░    ░░░░    ",
                       R = "       ░░░░    ░░░░    ░░░░    ░░░░";
@@ -96,18 +97,6 @@ TEST(Print, StartPosition) {
         "", F, "", "FEN: " + START_FEN, "EndGame Id: UNKNOWN", "", "Played moves : ", "",
         "Current ply : 0   Side to move : White     [King is NOT in Check !]", "Repetitions : 0",
         "Piece count : 32  Major White : 7  Major Black : 7"};
-    // clang-format on
-    EngineProcess engine;
-    engine.expectBanner();
-    EXPECT_EQ(engine.command("print"), expected);
-    EXPECT_EQ(engine.command(Lines{"e2e4", "position startpos", "print"}), expected);
-}
-
-// The status lines of the print: endgame id, ply, side, check, repetitions and piece counts.
-TEST(Print, StatusLines) {
-    const std::string START =
-        "Repetitions : 0 | Piece count : 32  Major White : 7  Major Black : 7";
-    // clang-format off
     const std::pair<std::string, std::string> cases[] = {
         {"startpos moves e2e4 f7f6 d1h5", "EndGame Id: UNKNOWN | Current ply : 3   Side to move : Black     [King is in Check !] | Repetitions : 0 | Piece count : 32  Major White : 7  Major Black : 7"},
         {"startpos moves g1f3 g8f6 f3g1 f6g8", "EndGame Id: UNKNOWN | Current ply : 4   Side to move : White     [King is NOT in Check !] | Repetitions : 1 | Piece count : 32  Major White : 7  Major Black : 7"},
@@ -117,6 +106,8 @@ TEST(Print, StatusLines) {
     // clang-format on
     EngineProcess engine;
     engine.expectBanner();
+    EXPECT_EQ(engine.command("print"), expected);
+    EXPECT_EQ(engine.command(Lines{"e2e4", "position startpos", "print"}), expected);
     for (const auto& [setup, status] : cases) {
         Lines print = engine.command(Lines{"position " + setup, "print"});
         ASSERT_EQ(print.size(), 37u) << setup;
