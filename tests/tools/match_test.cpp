@@ -86,6 +86,7 @@ TEST(MatchRules, EndsGamesByTheRules) {
         {"2b1k3/8/8/8/8/8/8/4KB2 w - -", "", MATERIAL},  // bishops on squares of one colour
         {"2b1k3/8/8/8/8/8/8/2B1K3 w - -", "", ""},
         {"4k3/8/8/8/8/8/8/3NKN2 w - -", "", ""},  // a helpmate exists
+        {"4k3/8/8/8/8/8/4P3/4K3 w - -", "", ""},  // one piece, but not a minor one
     };
     // clang-format on
     for (const auto& [fen, moves, expected] : cases) {
@@ -348,7 +349,7 @@ TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
         // and the summary counts the crashes.
         {"--engine " + good + " --engine name=Crashy cmd='" + FAKE + " crash' --games 2 --depth 1 --pgn /dev/stdout", 0,
          {"[White \"Good\"]\n[Black \"Crashy\"]\n[Result \"1-0\"]", "[White \"Crashy\"]\n[Black \"Good\"]\n[Result \"0-1\"]",
-          "{White disconnects} 0-1", "Good vs Crashy: 2 games, +2 -0 =0, score 100.0%", "  Crashy: 0 2 0 0\n"}},
+          "{White disconnects} 0-1", "[TimeControl \"-\"]", "Good vs Crashy: 2 games, +2 -0 =0, score 100.0%", "  Crashy: 0 2 0 0\n"}},
         {"--engine name=A cmd='" + a + "' --engine name=B cmd='" + b + "' --games 20 --depth 1 --sprt elo0=0 elo1=200 alpha=0.05 beta=0.05",
          0, {"SPRT decided after 5 games", "A vs B: 5 games, +3 -0 =2", "LLR 3.68 [-2.94, 2.94], H1 accepted"}},
         // Morvane against itself, the way a tournament manager drives it: no fault on either side.
