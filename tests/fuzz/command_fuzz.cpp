@@ -1,7 +1,5 @@
-// Feeds the command loop and the FEN parser large numbers of random and mutated lines from a
-// seeded generator. Every line must be answered without a crash, a hang or a corrupted game:
-// after each line the console board must still agree with a board set up from its own FEN.
-// Usage: command_fuzz [iterations] [seed]
+// Feeds the command loop and the FEN parser seeded random and mutated lines: after each, the
+// boards must agree with boards set up from their own FENs. Usage: command_fuzz [iterations] [seed]
 #include <iostream>
 #include <random>
 #include <sstream>
@@ -28,8 +26,7 @@ const std::vector<std::string> SEEDS = {
 };
 // clang-format on
 
-// One of: random bytes, a seed line with characters replaced, inserted, deleted or duplicated,
-// or two seed lines spliced.
+// Random bytes, or a seed line (maybe spliced with another) with characters edited.
 std::string nextLine(std::mt19937& rng) {
     auto pick = [&](size_t n) { return size_t(rng() % n); };
     if (pick(8) == 0) {
@@ -47,12 +44,14 @@ std::string nextLine(std::mt19937& rng) {
     int edits = int(pick(6));
     for (int e = 0; e < edits && !line.empty(); e++) {
         size_t at = pick(line.size());
+        // clang-format off
         switch (pick(4)) {
             case 0: line[at] = ALPHABET[pick(ALPHABET.size())]; break;
             case 1: line.insert(at, 1, ALPHABET[pick(ALPHABET.size())]); break;
             case 2: line.erase(at, 1 + pick(4)); break;
             default: line.insert(at, line.substr(at, pick(12))); break;
         }
+        // clang-format on
     }
     return line;
 }
@@ -70,13 +69,13 @@ bool boardConsistent(Board& board) {
            fresh.state().pawnKey == board.state().pawnKey;
 }
 
-// Lines that are valid requests for a very long run (a deep perft, a huge table) are fine for
-// the engine but not for a fuzzer with a time budget.
+// Valid requests for a long run (a deep perft, a huge table) that a fuzzer cannot afford.
 bool tooCostly(const std::string& line) {
     std::istringstream in(line);
     std::string word, argument;
     in >> word;
-    if (word == "perft" || word == "divide") return !(in >> argument) || argument.size() > 1 || argument > "3";
+    if (word == "perft" || word == "divide")
+        return !(in >> argument) || argument.size() > 1 || argument > "3";
     return line.find("Hash") != std::string::npos || line.find("Threads") != std::string::npos;
 }
 
@@ -101,13 +100,11 @@ int main(int argc, char** argv) {
         if (at != std::string::npos) {
             try {
                 scratch.setFen(fen.substr(at + 4));
-            } catch (const std::out_of_range&) {
+            } catch (const std::out_of_range&) {  // a placement that stops short of h1
             }
         }
         if (!boardConsistent(*engine.board) || !boardConsistent(scratch)) {
-            std::cout.rdbuf(console);
             std::cerr << "inconsistent board after line " << i << ": " << line << "\n";
-            std::cout.rdbuf(sink.rdbuf());
             failures++;
         }
         if (sink.tellp() > (1 << 20)) sink.str("");

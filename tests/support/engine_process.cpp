@@ -18,18 +18,12 @@ using Clock = std::chrono::steady_clock;
 
 Clock::time_point deadlineIn(int ms) { return Clock::now() + std::chrono::milliseconds(ms); }
 int msUntil(Clock::time_point deadline) {
-    auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    return std::max(0, int(left.count()));
+    using std::chrono::milliseconds;
+    return std::max(0,
+                    int(std::chrono::duration_cast<milliseconds>(deadline - Clock::now()).count()));
 }
 void closeFd(int& fd) {
-    if (fd >= 0) close(fd);
-    fd = -1;
-}
-std::string tail(const Lines& lines) {
-    std::string text;
-    for (size_t i = lines.size() > 5 ? lines.size() - 5 : 0; i < lines.size(); i++)
-        text += "\n  > " + lines[i].substr(0, 200);
-    return text.empty() ? " (no output)" : text;
+    if (fd >= 0) close(std::exchange(fd, -1));
 }
 
 }  // namespace
@@ -38,15 +32,12 @@ EngineProcess::EngineProcess(std::string workingDirectory) {
     signal(SIGPIPE, SIG_IGN);  // a write to a dead engine fails the test, not the program
     if (workingDirectory.empty()) {
         std::string pattern = std::filesystem::temp_directory_path() / "morvane-e2e-XXXXXX";
-        if (!mkdtemp(pattern.data())) {
-            ADD_FAILURE() << "mkdtemp: " << strerror(errno);
-            return;
-        }
-        ownDirectory = workingDirectory = pattern;
+        if (mkdtemp(pattern.data())) ownDirectory = workingDirectory = pattern;
     }
-    int in[2], out[2], err[2];
-    if (pipe2(in, O_CLOEXEC) || pipe2(out, O_CLOEXEC) || pipe2(err, O_CLOEXEC)) {
-        ADD_FAILURE() << "pipe: " << strerror(errno);
+    int in[2], out[2], err[2];  // a failed mkdtemp leaves the directory empty
+    if (workingDirectory.empty() || pipe2(in, O_CLOEXEC) || pipe2(out, O_CLOEXEC) ||
+        pipe2(err, O_CLOEXEC)) {
+        ADD_FAILURE() << "cannot set up the engine: " << strerror(errno);
         return;
     }
     const char* binary = MORVANE_BINARY;  // prepared before the fork: after it, exec-safe calls
@@ -67,8 +58,7 @@ EngineProcess::EngineProcess(std::string workingDirectory) {
 EngineProcess::~EngineProcess() {
     closeFd(toEngine);
     if (pid > 0 && !exitStatus) kill(pid, SIGKILL), waitpid(pid, nullptr, 0);
-    closeFd(fromEngine);
-    closeFd(errorsFromEngine);
+    closeFd(fromEngine), closeFd(errorsFromEngine);
     std::error_code ignored;
     if (!ownDirectory.empty()) std::filesystem::remove_all(ownDirectory, ignored);
 }
@@ -94,22 +84,20 @@ std::string EngineProcess::write(std::string_view bytes) {
     while (!bytes.empty()) {
         if (toEngine < 0) return "writing after the engine's input was closed";
         ssize_t written = ::write(toEngine, bytes.data(), bytes.size());
-        if (written > 0) {
+        if (written > 0)
             bytes.remove_prefix(size_t(written));
-        } else if (errno == EPIPE) {
+        else if (errno == EPIPE)
             return "the engine no longer reads its input";
-        } else if (msUntil(deadline) == 0) {
+        else if (msUntil(deadline) == 0)
             return "the engine stopped reading its input";
-        } else {
+        else
             pump(10);  // the pipe is full: drain the output so that the engine reads on
-        }
     }
     return "";
 }
 
 void EngineProcess::sendRaw(std::string_view bytes) {
-    std::string failure = write(bytes);
-    if (!failure.empty()) ADD_FAILURE() << failure;
+    if (std::string failure = write(bytes); !failure.empty()) ADD_FAILURE() << failure;
 }
 
 bool EngineProcess::trySendLine(std::string_view line) {
@@ -146,7 +134,11 @@ Lines EngineProcess::readLinesUntil(const std::function<bool(const std::string&)
         lines.push_back(*line);
         if (done(*line)) return lines;
     }
-    ADD_FAILURE() << "the awaited line did not come within " << timeoutMs << " ms:" << tail(lines);
+    std::string tail;  // the last lines that came, to show what the engine did instead
+    for (size_t i = lines.size() > 5 ? lines.size() - 5 : 0; i < lines.size(); i++)
+        tail += "\n  > " + lines[i].substr(0, 200);
+    ADD_FAILURE() << "the awaited line did not come within " << timeoutMs
+                  << " ms:" << (tail.empty() ? " (no output)" : tail);
     return lines;
 }
 
@@ -157,10 +149,7 @@ Lines EngineProcess::readLinesUntil(const std::string& line, int timeoutMs) {
 Lines EngineProcess::collectFor(int ms) {
     auto deadline = deadlineIn(ms);
     Lines lines;
-    do {
-        for (size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1))
-            lines.push_back(pending.substr(0, end));
-    } while (fromEngine >= 0 && msUntil(deadline) > 0 && (pump(msUntil(deadline)), true));
+    while (auto line = readLine(msUntil(deadline))) lines.push_back(*line);
     return lines;
 }
 
@@ -189,8 +178,7 @@ bool EngineProcess::running() {
 std::optional<int> EngineProcess::waitExit(int timeoutMs) {
     auto deadline = deadlineIn(timeoutMs);
     while (running()) {
-        if (msUntil(deadline) == 0) {
-            int status = 0;
+        if (int status = 0; msUntil(deadline) == 0) {
             kill(pid, SIGKILL), waitpid(pid, &status, 0), reap(status);
             ADD_FAILURE() << "the engine did not exit within " << timeoutMs << " ms; killed";
             return std::nullopt;
@@ -204,19 +192,16 @@ std::optional<int> EngineProcess::waitExit(int timeoutMs) {
 
 void expectTranscript(EngineProcess& engine, const std::vector<Exchange>& rows, int timeoutMs) {
     for (const Exchange& row : rows) {
-        const std::string what = row.send.empty() ? "(nothing)" : row.send.front().substr(0, 60);
         for (const std::string& line : row.send) engine.sendLine(line);
         engine.sendLine("isready");
-        Lines expected = row.expect, output = engine.readLines(expected.size() + 1, timeoutMs);
-        expected.push_back("readyok");
-        for (size_t i = 0; i < output.size(); i++) {
-            const std::string& want = expected[i];
-            EXPECT_TRUE(want.starts_with("~")
-                            ? std::regex_match(output[i], std::regex(want.substr(1)))
-                            : output[i] == want)
-                << what << ": line " << i + 1 << " [" << output[i] << "], expected [" << want
-                << "]";
-        }
+        Lines want = row.expect, output = engine.readLines(want.size() + 1, timeoutMs);
+        want.push_back("readyok");
+        for (size_t i = 0; i < output.size(); i++)
+            EXPECT_TRUE(want[i].starts_with("~")
+                            ? std::regex_match(output[i], std::regex(want[i].substr(1)))
+                            : output[i] == want[i])
+                << (row.send.empty() ? "(nothing)" : row.send.front().substr(0, 60)) << ": line "
+                << i + 1 << " [" << output[i] << "], expected [" << want[i] << "]";
     }
     EXPECT_EQ(engine.command(Lines{}), Lines{}) << "more output than the transcript expects";
 }

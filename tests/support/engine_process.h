@@ -1,5 +1,4 @@
-// Drives the real morvane binary through pipes, the way a chess GUI does. Every wait has a
-// deadline, so a silent or stuck engine fails the test instead of hanging it.
+// Drives the real morvane binary through pipes, every wait with a deadline, as a GUI does.
 #pragma once
 
 #include <sys/types.h>
@@ -32,23 +31,20 @@ class EngineProcess {
     std::optional<std::string> readLine(int timeoutMs = DEFAULT_TIMEOUT_MS);
     // Exactly count lines; a shortfall is a failure.
     Lines readLines(size_t count, int timeoutMs = DEFAULT_TIMEOUT_MS);
-    // Lines up to and including the first that satisfies done (or equals the line); running
-    // out of time or output is a failure.
+    // Lines up to the first that satisfies done (or equals the line); a shortfall is a failure.
     Lines readLinesUntil(const std::function<bool(const std::string&)>& done,
                          int timeoutMs = DEFAULT_TIMEOUT_MS);
     Lines readLinesUntil(const std::string& line, int timeoutMs = DEFAULT_TIMEOUT_MS);
     Lines collectFor(int ms);  // the complete lines that arrive within the time
 
     void expectBanner();
-    // Sends the lines and "isready"; returns all printed before the "readyok", which is all
-    // the output of the lines, since commands run in order.
+    // Sends the lines and "isready"; returns all printed before the "readyok".
     Lines command(const Lines& lines, int timeoutMs = DEFAULT_TIMEOUT_MS);
     Lines command(const std::string& line, int timeoutMs = DEFAULT_TIMEOUT_MS) {
         return command(Lines{line}, timeoutMs);
     }
 
-    // The exit status (128 + signal number after a signal); past the deadline the engine is
-    // killed and the test fails.
+    // The exit status (128 + signal number after a signal); past the deadline, a failure.
     std::optional<int> waitExit(int timeoutMs = DEFAULT_TIMEOUT_MS);
     bool running();
     pid_t processId() const { return pid; }
@@ -66,8 +62,7 @@ class EngineProcess {
     std::string ownDirectory;  // removed when the engine is gone
 };
 
-// One step of a transcript: the lines sent and every line printed before the next "readyok",
-// each exact, or a regular expression when it starts with "~".
+// The lines sent and every line printed before the next "readyok", exact or "~regex".
 struct Exchange {
     Lines send, expect;
 };

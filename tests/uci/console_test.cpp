@@ -1,8 +1,5 @@
-// The console as a GUI or a person meets it: identification, the small commands, unknown input
-// and the ways the program ends.
+// The console as a GUI or a person meets it: the small commands, unknown input and the ends.
 #include <gtest/gtest.h>
-
-#include <thread>
 
 #include "engine_process.h"
 
@@ -61,7 +58,6 @@ TEST(Console, EndOfInputAndQuit) {
         {{"isready"}, true, {"readyok"}},
         {{"isready\neval\nquit\nisready\n"}, false, {"readyok", EVAL}},
         {{"quit now\n", "isready"}, false, {}},
-        {{"quit  \n", "isready"}, false, {}},
         {{"quit\t\n", "isready"}, false, {}},
         {{"quit now\n"}, true, {}},
     };

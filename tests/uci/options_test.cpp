@@ -1,6 +1,4 @@
-// The setoption command: the usage reply, names of several words in any case, the check values,
-// numbers kept as typed, the book file looked up on disk, and what Hash and Threads do to the
-// table and the search threads.
+// The setoption command as showoption reports it, and what Hash and Threads do to the engine.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -14,18 +12,13 @@ namespace {
 
 using Values = std::map<std::string, std::string>;
 
+// clang-format off
 const Values DEFAULTS = {
-    {"Ponder", "false"},
-    {"Threads", "1"},
-    {"OwnBook", "true"},
-    {"Book File", ""},
-    {"MultiPV", "1"},
-    {"Fallback to Internal Book", "true"},
-    {"Console Mode", "false"},
-    {"Output Search Depth Info", "true"},
-    {"Output Current Move Info", "false"},
-    {"Output Total Time and Nodes", "true"},
-};
+    {"Ponder", "false"}, {"Threads", "1"}, {"OwnBook", "true"}, {"Book File", ""}, {"MultiPV", "1"},
+    {"Fallback to Internal Book", "true"}, {"Console Mode", "false"},
+    {"Output Search Depth Info", "true"}, {"Output Current Move Info", "false"},
+    {"Output Total Time and Nodes", "true"}};
+// clang-format on
 
 // The showoption listing for these values; the Hash line carries the Ponder flag as 0 or 1.
 Lines listing(const Values& v) {
@@ -47,19 +40,15 @@ Lines listing(const Values& v) {
             "option name CommandFile type string default <NONE>"};
 }
 
-// The number of threads of the engine's process, from its status file.
-int threadCount(EngineProcess& engine) {
-    std::ifstream status("/proc/" + std::to_string(engine.processId()) + "/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("Threads:")) return std::stoi(line.substr(8));
-    return -1;
-}
-
-// The count once it has settled at the expected number (a joined thread may linger a moment).
+// The process's thread count once it has settled at the expected one (a joined thread may
+// linger a moment), or the last count read.
 int threadCountSettledAt(EngineProcess& engine, int expected) {
-    int count = threadCount(engine);
-    for (int tries = 0; count != expected && tries < 100; tries++)
-        usleep(10000), count = threadCount(engine);
+    int count = -1;
+    for (int tries = 0; tries < 100 && count != expected; tries++, usleep(10000)) {
+        std::ifstream status("/proc/" + std::to_string(engine.processId()) + "/status");
+        for (std::string line; std::getline(status, line);)
+            if (line.starts_with("Threads:")) count = std::stoi(line.substr(8));
+    }
     return count;
 }
 
@@ -68,58 +57,45 @@ int threadCountSettledAt(EngineProcess& engine, int expected) {
 // Each row is typed in turn on one engine; the listing after it must show every option as the
 // rows so far have left it. A row names the option it changes, or none.
 TEST(Options, SetoptionRowsAndTheListingAfterEach) {
+    // clang-format off
     const struct {
         std::string line, option, value;  // option empty: nothing changes
         bool usage = false;
     } cases[] = {
-        // Check options: only "true" and "TRUE" are true.
+        // Check options: only "true" and "TRUE" are true; names and keywords in any case.
         {"setoption name OwnBook value false", "OwnBook", "false"},
-        {"setoption name ownbook value true", "OwnBook", "true"},
         {"setoption name OwnBook value True", "OwnBook", "false"},
-        {"setoption name OWNBOOK VALUE TRUE", "OwnBook", "true"},
-        {"setoption name OwnBook value 1", "OwnBook", "false"},
-        {"setoption NAME OwnBook Value true", "OwnBook", "true"},
+        {"setoption name ownbook VALUE TRUE", "OwnBook", "true"},
+        {"setoption name fallback TO internal book value false", "Fallback to Internal Book", "false"},
+        // A final "VALUE" gives an empty value; a final "value" keeps its case and is no keyword.
         {"setoption name Console Mode value true", "Console Mode", "true"},
-        // "VALUE" as the last word leaves the value empty, which is false.
         {"setoption name Console Mode VALUE", "Console Mode", "false"},
         {"setoption name Console Mode value true", "Console Mode", "true"},
-        // The last word keeps its case, so a final "value" is no keyword: the line is ignored.
         {"setoption name Console Mode value", "", ""},
-        {"setoption name fallback TO internal book value false", "Fallback to Internal Book",
-         "false"},
-        {"setoption name Output Current Move Info value true", "Output Current Move Info", "true"},
-        {"setoption name Output Search Depth Info value false", "Output Search Depth Info",
-         "false"},
-        {"setoption name output total time and nodes value false", "Output Total Time and Nodes",
-         "false"},
-        // Ponder is also what the Hash line shows, as 1 or 0; the table size is not shown.
+        // The Hash line shows Ponder as 1 or 0, not the table size.
         {"setoption name ponder value TRUE", "Ponder", "true"},
         {"setoption name Hash value 64", "", ""},
-        {"setoption name Ponder value false", "Ponder", "false"},
         // MultiPV is kept as typed, without a range check; unreadable text gives 1.
         {"setoption name MultiPV value 100", "MultiPV", "100"},
-        {"setoption name MultiPV value -3", "MultiPV", "-3"},
         {"setoption name MultiPV value abc", "MultiPV", "1"},
         {"setoption name multipv value 7x and more", "MultiPV", "7"},
-        // Book File: a file that opens keeps the name, any other empties it.
+        // Book File: a file that opens keeps the name, any other empties it; a name that is not
+        // the last word is looked up in capitals.
         {"setoption name Book File value missing.mbk", "Book File", ""},
         {"setoption name book file value my.mbk", "Book File", "my.mbk"},
         {"setoption name Book File value My.mbk", "Book File", ""},
-        // The file name is no longer the last word, so it is looked up in capitals.
         {"setoption name Book File value my.mbk extra", "Book File", "MY.MBK"},
-        // Lines that are not understood are ignored without a word.
+        // Lines that are not understood are ignored without a word; no command file is run.
         {"setoption nam OwnBook value false", "", ""},
-        {"setoption name OwnBook valu false", "", ""},
         {"setoption name Own Book value false", "", ""},
         {"setoption name OwnBook  value false", "", ""},  // the empty word joins the name
-        {"setoption  name OwnBook value false", "", ""},  // word 1 is empty, not "name"
         {"setoption value false name OwnBook", "", ""},
-        {"setoption name commandfile value init.txt", "", ""},  // no file is run
-        // Fewer than five words: the usage line and the whole listing.
+        {"setoption name commandfile value init.txt", "", ""},
+        // Fewer than five words, trailing blanks not counted: the usage line and the listing.
         {"setoption", "", "", true},
-        {"setoption name Clear Hash", "", "", true},
-        {"setoption name OwnBook value \t ", "", "", true},  // trailing blanks do not count
+        {"setoption name OwnBook value \t ", "", "", true},
     };
+    // clang-format on
     ScratchDirectory directory;
     for (const char* name : {"my.mbk", "MY.MBK", "medium.mbk"})
         directory.write(name, std::string(16, '\0'));
@@ -142,8 +118,8 @@ TEST(Options, SetoptionRowsAndTheListingAfterEach) {
 // The same depth fills a 1 MB table about twice as full as a 2 MB one: zero and negative sizes
 // give 1 MB, sizes round down to a power of two, and unreadable text falls back to 128 MB.
 TEST(Options, HashSizesTheTable) {
-    const std::pair<std::string, int> cases[] = {{"1", 1}, {"0", 1}, {"-5", 1}, {"2", 2},
-                                                 {"3", 2}, {"4", 4}, {"7", 4},  {"abc", 128}};
+    const std::pair<std::string, int> cases[] = {{"1", 1}, {"-5", 1}, {"2", 2},
+                                                 {"3", 2}, {"4", 4},  {"abc", 128}};
     EngineProcess engine;
     engine.expectBanner();
     std::map<int, int> hashfullBySize;
@@ -160,10 +136,9 @@ TEST(Options, HashSizesTheTable) {
     }
     ASSERT_EQ(hashfullBySize.size(), 4u);
     EXPECT_GT(hashfullBySize[1], 100);
-    EXPECT_GT(hashfullBySize[1], hashfullBySize[2]);
-    EXPECT_GT(hashfullBySize[2], hashfullBySize[4]);
-    EXPECT_GT(hashfullBySize[4], hashfullBySize[128]);
     EXPECT_LE(hashfullBySize[128], 5);
+    for (auto it = hashfullBySize.begin(); std::next(it) != hashfullBySize.end(); ++it)
+        EXPECT_GT(it->second, std::next(it)->second) << it->first << " MB";
 }
 
 // Threads n runs n - 1 workers beside the engine's own three threads (command loop, input

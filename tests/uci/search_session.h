@@ -51,15 +51,10 @@ inline std::optional<InfoLine> parseInfo(const std::string& line) {
         MOVE + "(?: " + MOVE + ")*) hashfull (\\d+) tbhits 0");
     std::smatch m;
     if (!std::regex_match(line, m, pattern)) return std::nullopt;
-    InfoLine info{std::stoi(m[1]),
-                  std::stoi(m[2]),
-                  std::stoi(m[7]),
-                  std::stoi(m[9]),
-                  m[3],
-                  std::stoull(m[4]),
-                  std::stoull(m[5]),
-                  std::stoll(m[6]),
-                  {}};
+    // clang-format off
+    InfoLine info{std::stoi(m[1]), std::stoi(m[2]), std::stoi(m[7]), std::stoi(m[9]), m[3],
+                  std::stoull(m[4]), std::stoull(m[5]), std::stoll(m[6]), {}};
+    // clang-format on
     std::istringstream moves(m[8]);
     for (std::string move; moves >> move;) info.pv.push_back(move);
     return info;
@@ -101,12 +96,6 @@ inline SearchOutput readSearch(EngineProcess& engine, int timeoutMs) {
     return out;
 }
 
-inline std::string join(const std::vector<std::string>& moves) {
-    std::string text;
-    for (const std::string& m : moves) text += (text.empty() ? "" : " ") + m;
-    return text;
-}
-
 // A second engine that only sets up positions: a move list is legal when "position" prints
 // nothing.
 class Referee {
@@ -116,8 +105,9 @@ class Referee {
     void expectLegal(const std::string& position, const std::vector<std::string>& moves,
                      const std::string& context) {
         std::string line = "position " + position;
-        if (!moves.empty())
-            line += (position.find(" moves") == std::string::npos ? " moves " : " ") + join(moves);
+        for (size_t i = 0; i < moves.size(); i++)
+            line +=
+                (i || position.find(" moves") != std::string::npos ? " " : " moves ") + moves[i];
         EXPECT_EQ(engine.command(line), Lines{}) << context << ": " << line;
     }
     EngineProcess engine;
