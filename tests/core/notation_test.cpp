@@ -14,14 +14,6 @@ constexpr const char* KNIGHTS = "4k3/8/2N5/8/8/8/2N1N3/K7 w - - 0 1";
 
 }  // namespace
 
-// A promotion letter on a pawn move that does not promote makes it illegal, the knight's included
-// (its code is 0, as for no promotion).
-TEST(Notation, PromotionLetterOnAPlainMoveIsIllegal) {
-    auto board = coretest::newBoard();
-    for (const char* text : {"e2e4q", "e2e4n"})
-        EXPECT_FALSE(isMoveInList(*board, parseMove(*board, text))) << text;
-}
-
 // SAN read into a coordinate move (empty: no single move); where the SAN is the standard form,
 // the move is also written that way, leaving the position as it was.
 TEST(Notation, San) {

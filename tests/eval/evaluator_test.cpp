@@ -54,30 +54,6 @@ TEST(Evaluator, PhaseScaleBonusAndTheCachedAnswer) {
     }
 }
 
-// With a piece on each side one cache entry serves both sides to move and any en-passant square;
-// with only pawns on one side the side to move is part of the key.
-TEST(Evaluator, OneEntryServesBothSidesWhenBothHavePieces) {
-    const std::string pieces = "r1bq1rk1/ppp2ppp/5n2/2bp4/2NPP3/2P5/PP3PPP/RNBQK2R ";
-    const std::string rookOnly = "4k3/pp3ppp/8/8/8/8/PP3PPP/3R2K1 ";
-    const std::string ep = "rnbqkbnr/ppp1pppp/8/8/2Pp4/8/PP1PPPPP/RNBQKBNR b KQkq ";
-    const struct {
-        std::string first, second;
-        bool shared;
-    } cases[] = {{pieces + "w - - 0 1", pieces + "b - - 0 1", true},
-                 {rookOnly + "w - - 0 1", rookOnly + "b - - 0 1", false},
-                 {ep + "c3 0 1", ep + "- 0 1", true}};
-    for (const auto& c : cases) {
-        Board board, fresh;
-        Evaluator evaluator(board), freshEvaluator(fresh);
-        ASSERT_EQ(board.setFen(c.first), 0);
-        evaluator.Evaluate();
-        ASSERT_EQ(board.setFen(c.second), 0);
-        ASSERT_EQ(fresh.setFen(c.second), 0);
-        EXPECT_EQ(evaluator.Evaluate(), freshEvaluator.Evaluate()) << c.second;
-        EXPECT_EQ(evaluator.evalCounters.hits, c.shared ? 1u : 0u) << c.second;
-    }
-}
-
 // Many search threads each own an Evaluator; building one must not touch its 71 MB of caches.
 TEST(Evaluator, ConstructionTakesNoCacheMemory) {
     long before = residentBytes();

@@ -133,13 +133,6 @@ TEST_F(Weights, NegatedIdsArePenalties) {
     }
 }
 
-TEST_F(Weights, QueenCurveIsFlatFromFourteenMoves) {
-    run("setweight id 19 values 44 200");
-    for (int k = 15; k < 28; k++)
-        EXPECT_EQ(evalTables.queenMobility[k], evalTables.queenMobility[14]) << k;
-    EXPECT_GT(evalTables.queenMobility[14].eg, evalTables.queenMobility[13].eg);
-}
-
 // The evaluation cache holds scores of the old weights; the next evaluation must not use them,
 // and "setweight default" restores every entry.
 TEST_F(Weights, ChangeSeenByTheNextEvaluation) {

@@ -70,13 +70,3 @@ TEST(TimeManager, TimeUpAtTheDeadlines) {
         EXPECT_EQ(tm.polls, uint64_t(c.earlierPolls) + 1) << c.what;
     }
 }
-
-// A ponder search, long past its deadlines, goes on until "ponderhit".
-TEST(TimeManager, PonderingNeverTimesOutUntilPonderhit) {
-    TimeManager tm;
-    tm.setLimits(at({.wtime = 60000, .ponder = 1}, TimeManager::now() - 100000), White);
-    tm.rootMoveNumber = 0;
-    EXPECT_FALSE(tm.timeUp());
-    tm.pondering = false;  // ponderhit
-    EXPECT_TRUE(tm.timeUp());
-}

@@ -32,18 +32,6 @@ class TranspositionTableTest : public ::testing::Test {
 
 }  // namespace
 
-// A store under a known key overwrites every field and takes no new entry; the ordering key a
-// move carries in a list (bits 23-31) is not stored; another key of the cluster is a clean miss.
-TEST_F(TranspositionTableTest, ProbeReturnsWhatWasStored) {
-    const uint64_t key = 0x123456789ABCDEFULL;
-    tt.store(key, 0, 127, BOUND_UPPER, -777, E2E4 | 0x1FFu << 23);
-    expectEntry(tt.probe(key, 0), BOUND_UPPER, 127, -777, E2E4);
-    tt.store(key, 0, 3, BOUND_EXACT, 12, G8F6);
-    expectEntry(tt.probe(key, 0), BOUND_EXACT, 3, 12, G8F6);
-    EXPECT_EQ(tt.filled(), 1u);
-    expectEntry(tt.probe(key ^ 1ULL << 50, 0), BOUND_NONE, 0, 0, 0);
-}
-
 // Mate scores (beyond 32510) are kept relative to the root and read back relative to the
 // probing node: {score, ply stored, ply read, score read}.
 TEST_F(TranspositionTableTest, MateScoresAreAdjustedByPly) {
@@ -106,17 +94,6 @@ TEST_F(TranspositionTableTest, HashfullCountsPlacedEntriesPerMille) {
     tt.clear();
     EXPECT_FALSE(holds(tt, keyIn(1, 0, 1)));
     EXPECT_EQ(tt.hashfull(), 0);
-}
-
-// Only a resize that rounds to the same power of two keeps the contents. (How requests round is
-// checked through the Hash option.)
-TEST_F(TranspositionTableTest, ResizeKeepsContentsOnlyAtTheSameSize) {
-    tt.resize(2);
-    tt.store(1234, 0, 7, BOUND_EXACT, 55, E2E4);
-    EXPECT_EQ(tt.resize(3), 2);
-    EXPECT_TRUE(holds(tt, 1234));
-    EXPECT_EQ(tt.resize(1), 1);
-    EXPECT_FALSE(holds(tt, 1234));
 }
 
 // A book move is an exact entry of depth 99 and score 0. It overwrites an entry of its own key,

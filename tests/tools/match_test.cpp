@@ -60,11 +60,6 @@ std::string text(const std::optional<Verdict>& v) {
              : "";
 }
 
-std::string tempPath(const std::string& name) {
-    return std::filesystem::temp_directory_path() /
-           ("match_test_" + std::to_string(getpid()) + "_" + name);
-}
-
 }  // namespace
 
 // Each row: a position, the moves from it, and the verdict after them ("" while play goes on).
@@ -223,16 +218,6 @@ TEST(MatchOptions, ReadsTheCommandLineAndRejectsBrokenOnes) {
     EXPECT_EQ(o.game.timeControl.baseMs * 1000 + o.game.timeControl.incrementMs, 2500050);
 }
 
-TEST(MatchTimeControl, GoCommandsAndTags) {
-    const long remaining[2] = {9500, -20};
-    EXPECT_EQ(TimeControl::parseClock("10+0.1")->goCommand(remaining),
-              "go wtime 9500 btime 1 winc 100 binc 100");
-    EXPECT_EQ(TimeControl::fixedNodes(5000).goCommand(remaining), "go nodes 5000");
-    EXPECT_EQ(TimeControl::parseClock("0.5+0.01")->pgnTag(), "0.5+0.01");
-    EXPECT_EQ(graceMs(10000), 150);
-    EXPECT_EQ(graceMs(-30), 50);
-}
-
 TEST(MatchSchedule, PairsColoursAndOpenings) {
     EXPECT_EQ(pairings(3, false), (std::vector<Pairing>{{0, 1}, {0, 2}, {1, 2}}));
     EXPECT_EQ(pairings(4, true), (std::vector<Pairing>{{0, 1}, {0, 2}, {0, 3}}));
@@ -247,23 +232,6 @@ TEST(MatchSchedule, PairsColoursAndOpenings) {
     for (const ScheduledGame& g : schedule(pairings(3, false), 4, {}, 0))
         seen += std::to_string(g.pair) + g.fen;
     EXPECT_EQ(seen, "001122001122");
-}
-
-TEST(MatchOpenings, ReadsFourFieldsAndNamesTheBadLine) {
-    const std::string path = tempPath("openings.epd");
-    std::ofstream(path) << "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 c0 \"1. e4\";\n"
-                        << "\n# a comment\n4k3/8/8/8/8/8/8/4K2R w K - bm Rh8+;\n";
-    std::vector<std::string> openings;
-    std::string error;
-    ASSERT_TRUE(readOpenings(path, openings, error)) << error;
-    EXPECT_EQ(openings,
-              (std::vector<std::string>{"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3",
-                                        "4k3/8/8/8/8/8/8/4K2R w K -"}));
-    std::ofstream(path) << "4k3/8/8/8/8/8/8/4K2R w K -\n4k3/8/8/9/8/8/8/4K2R w K -\n";
-    EXPECT_FALSE(readOpenings(path, openings, error));
-    EXPECT_NE(error.find("line 2"), std::string::npos) << error;
-    std::filesystem::remove(path);
-    EXPECT_FALSE(readOpenings(path, openings, error));
 }
 
 // Whole games against the fake engine: each fault ends the game as the faulty side's loss, with
@@ -299,38 +267,6 @@ TEST(MatchGame, PlaysGamesAndScoresEveryFault) {
         const std::string got = std::to_string(game.moves.size()) + " " + text(game.verdict);
         EXPECT_TRUE(got.starts_with(expected)) << got;
     }
-}
-
-// What the runner says to an engine, line by line, over two games and the end.
-TEST(MatchGame, SpeaksUciInOrder) {
-    const std::string directory = tempPath("dir");
-    std::filesystem::create_directories(directory);
-    setenv("FAKE_UCI_LOG", "uci.log", 1);
-    {
-        UciEngine white(
-            {"W", FAKE + " play " + FOOLS_MATE, directory, {{"Hash", "16"}, {"Threads", "1"}}});
-        UciEngine black({"B", FAKE + " play h8g8 e7e5 g8h8 d8h4", "", {}});
-        GameSettings settings;
-        settings.timeControl = TimeControl::fixedDepth(3);
-        std::atomic<bool> stop{false};
-        GameRecord game = playGame(white, black, "", settings, stop);
-        EXPECT_EQ(game.verdict.reason, "Black mates");
-        // A second game reuses the running engine.
-        game = playGame(white, black, "7k/8/6K1/8/8/8/8/R7 b - -", settings, stop);
-        EXPECT_EQ(game.verdict.reason, "White makes an illegal move: e7e5");
-        white.quit();
-    }
-    unsetenv("FAKE_UCI_LOG");
-    std::ifstream log(directory + "/uci.log");
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(log, line);) lines.push_back(line);
-    EXPECT_EQ(lines,
-              (std::vector<std::string>{
-                  "uci", "setoption name Hash value 16", "setoption name Threads value 1",
-                  "ucinewgame", "isready", "position startpos", "go depth 3",
-                  "position startpos moves f2f3 e7e5", "go depth 3", "ucinewgame", "isready",
-                  "position fen 7k/8/6K1/8/8/8/8/R7 b - - 0 1 moves h8g8", "go depth 3", "quit"}));
-    std::filesystem::remove_all(directory);
 }
 
 // The binary end to end, every game at a fixed depth so that machine load cannot decide one.

@@ -72,34 +72,3 @@ TEST(CommandFile, RunsLinesAsTyped) {
     EXPECT_EQ(engine.waitExit(), 0);
     EXPECT_EQ(engine.errorOutput(), "");
 }
-
-// The commands of a file change the engine as if typed: options, the game, bare moves and a
-// search; a "quit" line is passed over. Through the option, the file runs at once and the option
-// keeps no value.
-TEST(CommandFile, LinesChangeOptionsGameAndSearch) {
-    ScratchDirectory directory;
-    directory.write("setup.txt",
-                    "setoption name MultiPV value 3\nposition startpos moves e2e4 e7e5\ng1f3\n"
-                    "quit\nb8c6\n");
-    directory.write("init.txt",
-                    "setoption name OwnBook value false\n"
-                    "position fen 4k3/8/8/8/8/8/8/4K2R w K - 0 1 moves e1g1\ngo depth 3\n");
-    EngineProcess engine(directory.path);
-    engine.expectBanner();
-    EXPECT_EQ(engine.command("runcmdfile setup.txt"), Lines{});
-    EXPECT_EQ(printedGame(engine),
-              (GameView{"r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3",
-                        "e2e4 e7e5 g1f3 b8c6"}));
-    engine.sendLine("setoption name CommandFile value init.txt");
-    Lines search = engine.readLinesUntil([](auto& line) { return line.starts_with("bestmove "); });
-    ASSERT_GE(search.size(), 2u);
-    EXPECT_TRUE(search[search.size() - 2].starts_with("info depth 3 "))
-        << search[search.size() - 2];
-    EXPECT_EQ(printedGame(engine), (GameView{"4k3/8/8/8/8/8/8/5RK1 b - - 1 1", "e1g1"}));
-    Lines options = engine.command("showoption");
-    for (const std::string line : {"option name OwnBook type check default true value false",
-                                   "option name MultiPV type spin default 1 min 1 max 64 value 3",
-                                   "option name CommandFile type string default <NONE>"})
-        EXPECT_NE(std::find(options.begin(), options.end(), line), options.end()) << line;
-    EXPECT_TRUE(engine.running());
-}

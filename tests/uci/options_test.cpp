@@ -115,32 +115,6 @@ TEST(Options, SetoptionRowsAndTheListingAfterEach) {
     }
 }
 
-// The same depth fills a 1 MB table about twice as full as a 2 MB one: zero and negative sizes
-// give 1 MB, sizes round down to a power of two, and unreadable text falls back to 128 MB.
-TEST(Options, HashSizesTheTable) {
-    const std::pair<std::string, int> cases[] = {{"1", 1}, {"-5", 1}, {"2", 2},
-                                                 {"3", 2}, {"4", 4},  {"abc", 128}};
-    EngineProcess engine;
-    engine.expectBanner();
-    std::map<int, int> hashfullBySize;
-    for (const auto& [value, tableMb] : cases) {
-        engine.command({"setoption name Hash value " + value, "reset", "position startpos"});
-        engine.sendLine("go depth 11");
-        Lines search =
-            engine.readLinesUntil([](auto& l) { return l.starts_with("bestmove"); }, 20000);
-        ASSERT_GE(search.size(), 2u) << value;
-        const std::string& last = search[search.size() - 2];
-        ASSERT_NE(last.find(" hashfull "), std::string::npos) << last;
-        int hashfull = std::stoi(last.substr(last.find(" hashfull ") + 10));
-        EXPECT_EQ(hashfullBySize.emplace(tableMb, hashfull).first->second, hashfull) << value;
-    }
-    ASSERT_EQ(hashfullBySize.size(), 4u);
-    EXPECT_GT(hashfullBySize[1], 100);
-    EXPECT_LE(hashfullBySize[128], 5);
-    for (auto it = hashfullBySize.begin(); std::next(it) != hashfullBySize.end(); ++it)
-        EXPECT_GT(it->second, std::next(it)->second) << it->first << " MB";
-}
-
 // Threads n runs n - 1 workers beside the engine's own three threads (command loop, input
 // reader, main search), for n from 1 to 127; any other number is shown but leaves the workers
 // as they were. A search still ends after each.

@@ -24,7 +24,7 @@ std::string knightShuffle(int plies) {
 TEST(Position, SetsUpTheGameOrLeavesIt) {
     // clang-format off
     const struct {
-        std::string line, reply, fen, moves;
+        std::string line, reply, fen = "", moves = "";
     } cases[] = {
         {"position startpos moves", "", START_FEN, ""},
         {"position fen 4k3/P7/8/8/8/8/8/4K3 w - - 0 1 moves a7a8", "", "Q3k3/8/8/8/8/8/8/4K3 b - - 0 1", "a7a8q"},  // a queen by default
@@ -112,32 +112,5 @@ TEST(Print, BoardAndStatusLines) {
         Lines print = engine.command(Lines{"position " + setup, "print"});
         ASSERT_EQ(print.size(), 37u) << setup;
         EXPECT_EQ(print[30] + " | " + print[34] + " | " + print[35] + " | " + print[36], status);
-    }
-}
-
-// flip swaps the colours and mirrors the board top to bottom, flop mirrors it left to right;
-// twice gives the position back. Flop is refused while castling rights are held.
-TEST(Mirror, FlipAndFlop) {
-    const std::string REFUSED = "flop: not possible while castling rights are held";
-    // clang-format off
-    const struct {
-        std::string setup, command, reply, fen;
-    } cases[] = {
-        {"startpos moves e2e4 d7d5 e4e5 f7f5", "flip", "", "rnbqkbnr/pppp1ppp/8/8/3PpP2/8/PPP1P1PP/RNBQKBNR b KQkq f3 0 3"},
-        {"fen r3k3/8/8/8/8/8/8/4K2R w Kq - 0 1", "flip", "", "4k2r/8/8/8/8/8/8/R3K3 b Qk - 0 1"},
-        {"fen 4k3/8/8/2pP4/8/8/8/4K3 w - c6 0 1", "flop", "", "3k4/8/8/4Pp2/8/8/8/3K4 w - f6 0 1"},
-        {"fen 4k3/8/8/8/8/8/8/4K2R w K - 0 1", "flop", REFUSED, "4k3/8/8/8/8/8/8/4K2R w K - 0 1"},
-    };
-    // clang-format on
-    EngineProcess engine;
-    engine.expectBanner();
-    for (const auto& c : cases) {
-        auto [setupReply, original] = commandAndGame(engine, "position " + c.setup);
-        auto [reply, mirrored] = commandAndGame(engine, c.command);
-        EXPECT_EQ(reply, c.reply.empty() ? Lines{} : Lines{c.reply}) << c.setup;
-        EXPECT_EQ(mirrored.fen, c.fen) << c.setup;
-        EXPECT_EQ(commandAndGame(engine, c.command).second.fen,
-                  c.reply.empty() ? original.fen : c.fen)
-            << c.setup;
     }
 }

@@ -64,24 +64,6 @@ TEST_F(Robustness, RandomByteLines) {
     expectUnharmed();
 }
 
-TEST_F(Robustness, HundredKilobyteLines) {
-    const size_t SIZE = 100 * 1024;
-    std::string words, moves;
-    while (words.size() < SIZE) words += " a b", moves += " e2e4";
-    expectRefused({{std::string(SIZE, 'x'), "Unknown command : " + std::string(SIZE, 'x')},
-                   {"xyz" + words, "Unknown command : xyz"},
-                   {std::string(SIZE, ' ') + "isready", "Unknown command : "},
-                   {"position fen " + std::string(SIZE, 'p') + " w", "Invalid FEN"},
-                   {"position startpos" + words, "Invalid position string"},
-                   {"perft " + std::string(SIZE, '9'), "usage: perft <depth>"},
-                   {"eval" + words, "Detailed evaluation information not available!"}});
-    // A long move list is played up to its first illegal move.
-    EXPECT_EQ(engine.command("position startpos moves" + moves), Lines{"Illegal move"});
-    EXPECT_EQ(printedGame(engine).moves, "e2e4");
-    ASSERT_EQ(engine.command(GAME), Lines{});
-    expectUnharmed();
-}
-
 // A broken FEN is refused with one line. The parser meets every broken shape in its own tests;
 // these are the shapes of the console's line splitting and one of each kind of refusal.
 TEST_F(Robustness, BrokenFens) {
