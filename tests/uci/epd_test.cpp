@@ -3,7 +3,6 @@
 // (mates in one, a hanging queen, a promotion) so that the counts are known.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <regex>
 
 #include "engine_process.h"
@@ -85,16 +84,6 @@ TEST(Epd, LoadAndRunReplies) {
             {{"runepd -d3"}, solved(6, 7)},
         },
         20000);
-}
-
-// A missing file is answered at once, not after the retries meant for a file that is there but
-// cannot be opened yet.
-TEST(Epd, MissingFileAnsweredAtOnce) {
-    EngineProcess engine;
-    engine.expectBanner();
-    auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(engine.command("loadepd nowhere.epd"), Lines{"file nowhere.epd not found"});
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3000));
 }
 
 // The runs print nothing of their searches, not even for a position without a legal move, and

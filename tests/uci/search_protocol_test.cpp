@@ -61,7 +61,9 @@ TEST(SearchProtocol, DepthLimitedSearchReportsEveryIteration) {
                 EXPECT_GE(info.time, i ? out.infos[i - 1].time : 0) << fen;
             }
             ASSERT_TRUE(out.best.has_value());
-            if (threads == 1) EXPECT_EQ(out.best->move, out.infos.back().pv.front());
+            if (threads == 1) {
+                EXPECT_EQ(out.best->move, out.infos.back().pv.front());
+            }
             expectLegalLines(referee, "fen " + fen, out);
             EXPECT_EQ(engine.command(Lines{}), Lines{}) << "nothing after the bestmove";
         }
@@ -105,11 +107,13 @@ TEST(SearchProtocol, GoLimitsEndTheSearch) {
         EXPECT_LT(elapsed, c.maxMs) << c.go;
         ASSERT_GE(lines.size(), 2u) << c.go;
         const std::string& last = lines[lines.size() - 2];
-        if (!c.last.empty())
+        if (!c.last.empty()) {
             EXPECT_TRUE(std::regex_match(last, std::regex(c.last.substr(1))))
                 << c.go << ": " << last;
-        if (c.go == "go nodes 30000")
+        }
+        if (c.go == "go nodes 30000") {
             EXPECT_GE(parseInfo(last)->nodes, 30000u) << "the budget is used";
+        }
         SearchOutput out;
         for (const std::string& line : lines)
             if (auto info = parseInfo(line)) out.infos.push_back(*info);

@@ -37,11 +37,6 @@ struct InfoLine {
     uint64_t nodes = 0, nps = 0;
     int64_t time = 0;
     std::vector<std::string> pv;
-
-    int value() const {  // centipawns, mates beyond any other score
-        int n = std::stoi(score.substr(score.find(' ') + 1));
-        return score.starts_with("cp ") ? n : n > 0 ? 100000 - n : -100000 - n;
-    }
 };
 
 inline std::optional<InfoLine> parseInfo(const std::string& line) {
