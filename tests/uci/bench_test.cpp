@@ -14,7 +14,7 @@ TEST(Bench, OneRunCheckedLineByLine) {
     const Lines out = engine.command("bench", 240000);
     size_t at = 0;
     auto next = [&]() -> std::string { return at < out.size() ? out[at++] : "(end of output)"; };
-    const std::string DASHES(78, '-'), TABLE_LINE = " " + std::string(61, '-');
+    const std::string DASHES(78, '-'), TABLE_LINE = std::string(1, ' ').append(61, '-');
     std::vector<std::smatch> lastDepth(30);
     std::vector<std::string> lines(30);
     static const std::regex info("info depth 15 .* score ((?:cp|mate) -?[0-9]+) nodes ([0-9]+) .*");
