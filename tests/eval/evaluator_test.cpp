@@ -1,25 +1,13 @@
-// The evaluation driver: phase, scale, side-to-move bonus, the evaluation cache and its memory.
+// The evaluation driver: phase, scale, side-to-move bonus and the evaluation cache.
 #include "eval/evaluator.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <fstream>
-#include <memory>
-#include <vector>
 
 #include "core/board.h"
 
 namespace {
 
 constexpr int TEMPO = 31;  // the side-to-move bonus with the default weights, at any phase
-
-long residentBytes() {
-    std::ifstream statm("/proc/self/statm");
-    long size = 0, resident = 0;
-    statm >> size >> resident;
-    return resident * sysconf(_SC_PAGESIZE);
-}
 
 }  // namespace
 
@@ -52,14 +40,4 @@ TEST(Evaluator, PhaseScaleBonusAndTheCachedAnswer) {
         EXPECT_EQ(evaluator.Evaluate() - fresh, TEMPO - c.scale * TEMPO / 128) << c.fen;
         EXPECT_EQ(evaluator.evalCounters.hits, 1u);
     }
-}
-
-// Many search threads each own an Evaluator; building one must not touch its 71 MB of caches.
-TEST(Evaluator, ConstructionTakesNoCacheMemory) {
-    long before = residentBytes();
-    std::vector<std::unique_ptr<Evaluator>> evaluators;
-    Board board;
-    for (int i = 0; i < 16; i++) evaluators.push_back(std::make_unique<Evaluator>(board));
-    EXPECT_LT(residentBytes() - before, 16L << 20);
-    EXPECT_EQ(reinterpret_cast<uintptr_t>(evaluators[3].get()) % 64, 0u);
 }

@@ -81,21 +81,6 @@ TEST_F(TranspositionTableTest, FullClusterReplacesTheLeastValuableEntry) {
     }
 }
 
-// Per mille of the 65536 entries of 1 MB, placed entries only; clear empties the table.
-TEST_F(TranspositionTableTest, HashfullCountsPlacedEntriesPerMille) {
-    const std::pair<int, int> steps[] = {{65, 0}, {66, 1}, {655, 9}, {656, 10}};
-    int placed = 0;
-    for (auto [entries, perMille] : steps) {
-        for (; placed < entries; placed++) tt.store(keyIn(placed, 0, 1), 0, 1, BOUND_LOWER, 0, 0);
-        EXPECT_EQ(tt.hashfull(), perMille) << entries;
-    }
-    for (int n = 1; n <= 8; n++) tt.store(keyIn(0, 0, n), 0, 1, BOUND_LOWER, 0, 0);
-    EXPECT_EQ(tt.filled(), 656u + 3) << "replacements are not counted again";
-    tt.clear();
-    EXPECT_FALSE(holds(tt, keyIn(1, 0, 1)));
-    EXPECT_EQ(tt.hashfull(), 0);
-}
-
 // A book move is an exact entry of depth 99 and score 0. It overwrites an entry of its own key,
 // takes a free entry otherwise, outlives any ordinary entry, and is dropped when the cluster is
 // full.

@@ -218,22 +218,6 @@ TEST(MatchOptions, ReadsTheCommandLineAndRejectsBrokenOnes) {
     EXPECT_EQ(o.game.timeControl.baseMs * 1000 + o.game.timeControl.incrementMs, 2500050);
 }
 
-TEST(MatchSchedule, PairsColoursAndOpenings) {
-    EXPECT_EQ(pairings(3, false), (std::vector<Pairing>{{0, 1}, {0, 2}, {1, 2}}));
-    EXPECT_EQ(pairings(4, true), (std::vector<Pairing>{{0, 1}, {0, 2}, {0, 3}}));
-    // Five games from the third of three openings: each opening twice, colours reversed,
-    // wrapping around to the first; an odd count leaves the last opening played once.
-    std::string seen;
-    for (const ScheduledGame& g : schedule({{0, 1}}, 5, {"A", "B", "C"}, 2))
-        seen += std::to_string(g.round) + ":" + std::to_string(g.white) + std::to_string(g.black) +
-                g.fen + " ";
-    EXPECT_EQ(seen, "1:01C 2:10C 3:01A 4:10A 5:01B ");
-    seen.clear();  // pairs take turns, two games at a time
-    for (const ScheduledGame& g : schedule(pairings(3, false), 4, {}, 0))
-        seen += std::to_string(g.pair) + g.fen;
-    EXPECT_EQ(seen, "001122001122");
-}
-
 // Whole games against the fake engine: each fault ends the game as the faulty side's loss, with
 // its reason. Each row: the two engines' arguments (none: it cannot start), the start position,
 // the moves played and the verdict. Games run at a fixed depth; only the forfeit has a clock.

@@ -105,19 +105,6 @@ TEST_F(Robustness, BrokenMovesInPositionLine) {
     expectUnharmed();
 }
 
-// Lines sent faster than the engine takes them are all handled, in order, none lost.
-TEST_F(Robustness, FloodOfCommands) {
-    std::string script;
-    Lines expected;
-    for (int i = 0; i < 40; i++) {
-        script += "isready\nxyz" + std::to_string(i) + "\n\n";
-        expected.insert(expected.end(), {"readyok", "Unknown command : xyz" + std::to_string(i)});
-    }
-    engine.sendRaw(script + "e1e2\nd8c7\nposition startpos\n" + GAME + "\n");
-    EXPECT_EQ(engine.readLines(expected.size()), expected);
-    expectUnharmed();
-}
-
 // A failed command in the middle of a script does not disturb the commands around it.
 TEST_F(Robustness, FailuresInTheMiddleOfAScript) {
     expectTranscript(
