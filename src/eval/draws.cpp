@@ -41,10 +41,10 @@ bool drawnKRKP(const Board& b) {
     int pawnSq = squareOf(b, weak, PAWN), weakKing = b.kingSquare[weak],
         strongKing = b.kingSquare[strong];
     Bitboard rookReach = b.attacks.rookAttacks(squareOf(b, strong, ROOK), b.occupiedBB);
+    Bitboard path = pawnPath(b, weak, pawnSq);
     return relativeRank(weak, pawnSq) >= 5 && distance(weakKing, pawnSq) <= 1 &&
-           relativeRank(weak, weakKing) >= relativeRank(weak, pawnSq) &&
-           (rookReach & pawnPath(b, weak, pawnSq)) &&
-           !(pawnPath(b, weak, pawnSq) & squareBB(weakKing)) && distance(strongKing, pawnSq) >= 4 &&
+           relativeRank(weak, weakKing) >= relativeRank(weak, pawnSq) && (rookReach & path) &&
+           !(path & squareBB(weakKing)) && distance(strongKing, pawnSq) >= 4 &&
            distance(strongKing, promotionSquare(weak, pawnSq)) >= 4;
 }
 
@@ -72,19 +72,16 @@ bool drawnKRKB(const Board& b) {
     return false;
 }
 
-// Equal heavy pieces: drawn unless the side to move is in check, can take the other piece for
-// nothing, can check while attacking it (a skewer or a fork), has a discovered check, or may
-// have a mate on the edge.
+// Equal heavy pieces (the side to move neither in check nor attacking the other piece, which
+// the caller has ruled out): drawn unless it can check while attacking the other piece (a skewer
+// or a fork), has a discovered check, or may have a mate on the edge.
 bool equalHeavyPieces(const Board& b, int type) {
     Color us = b.sideToMove, them = ~us;
-    if (b.inCheck()) return false;
     int ours = squareOf(b, us, type), theirs = squareOf(b, them, type),
         theirKing = b.kingSquare[them];
     if (onEdge(theirKing) && distance(theirKing, b.kingSquare[us]) == 2) return false;
     const AttackTables& at = b.attacks;
     Bitboard reach = at.pieceAttacks(type, ours, b.occupiedBB);
-    Bitboard takers = reach | at.kingAttacks[b.kingSquare[us]];
-    if ((takers & squareBB(theirs)) && distance(theirKing, theirs) > 1) return false;
     // The own king between the piece and the enemy king: a king move gives a discovered check
     // and may win the other piece with it.
     Bitboard withoutKing = b.occupiedBB ^ squareBB(b.kingSquare[us]);
