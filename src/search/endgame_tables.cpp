@@ -212,6 +212,10 @@ EndgameTables::EndgameTables() {
     TableBuilder(*attacks, QUEEN, queenTable, PIECE_TABLE_SIZE).build(nullptr, nullptr);
     TableBuilder(*attacks, ROOK, rookTable, PIECE_TABLE_SIZE).build(nullptr, nullptr);
     TableBuilder(*attacks, PAWN, pawnTable, PAWN_TABLE_SIZE).build(queenTable, rookTable);
+    blocked_pawns::build(
+        *attacks,
+        [this](int owner, int lone, int pawn) { return rawValue(PAWN, Black, owner, lone, pawn); },
+        blockedPawnTable);
     buildTime =
         std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 }
@@ -228,8 +232,9 @@ int EndgameTables::rawValue(int kind, Color sideToMove, int ownerKing, int loneK
 }
 
 int EndgameTables::probe(const Board& board) const {
-    if (board.totalPieces != 3 || board.pieceCount[W_KING] != 1 || board.pieceCount[B_KING] != 1)
-        return NO_TABLE_VALUE;
+    if (board.pieceCount[W_KING] != 1 || board.pieceCount[B_KING] != 1) return NO_TABLE_VALUE;
+    if (board.totalPieces == 4) return probeBlockedPawns(board);
+    if (board.totalPieces != 3) return NO_TABLE_VALUE;
     int pieceSq = lsb(board.occupiedBB & ~board.pieces(W_KING) & ~board.pieces(B_KING));
     int piece = board.squares[pieceSq];
     int kind = typeOf(piece);
@@ -241,4 +246,14 @@ int EndgameTables::probe(const Board& board) const {
                      board.kingSquare[~owner] ^ flip, pieceSq ^ flip);
     if (v == ILLEGAL) return NO_TABLE_VALUE;
     return v > 0 ? 2 * v + 32516 : v < 0 ? 2 * v - 32514 : 0;
+}
+
+int EndgameTables::probeBlockedPawns(const Board& board) const {
+    if (board.pieceCount[W_PAWN] != 1 || board.pieceCount[B_PAWN] != 1) return NO_TABLE_VALUE;
+    int i = blocked_pawns::tableIndex(board.sideToMove, board.kingSquare[White],
+                                      board.kingSquare[Black], lsb(board.pieces(W_PAWN)),
+                                      lsb(board.pieces(B_PAWN)));
+    if (i < 0 || blockedPawnTable[i] == blocked_pawns::ILLEGAL) return NO_TABLE_VALUE;
+    int w = blockedPawnTable[i];
+    return w > 128 ? 2 * w + 32260 : w < 128 ? 2 * w - 32770 : 0;
 }

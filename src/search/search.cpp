@@ -77,7 +77,7 @@ void TSearchThread::prefetchChild(Move m) const {
 int TSearchThread::recognizedEnding(int ply) {
     const EndGameId id = EndGameId(board.state().endgameId);
     if (evaluator->recognizedDraw()) return 0;
-    if (id == KRK || id == KQK || id == KPK) {
+    if (id == KRK || id == KQK || id == KPK || id == KPKP) {
         // Table mates count from the probed position; seen from the root they are ply further.
         int value = EndgameTables::instance().probe(board);
         if (value != NO_TABLE_VALUE) return value > 0 ? value - ply : value < 0 ? value + ply : 0;

@@ -53,6 +53,12 @@ TEST(EndgameTables, KnownPositions) {
         {"k7/8/1K6/P7/8/8/8/8 w - - 0 1", 0},           // rook pawn, defender in the corner
         {"8/8/8/8/P5k1/8/8/7K b - - 0 1", ANY_LOSS},    // the defender cannot enter the square
         {"8/8/8/8/P4k2/8/8/7K b - - 0 1", 0},           // it can
+        // Pawns blocking each other: whoever wins the other pawn wins, if that pawn ending does.
+        {"7K/8/8/8/4p3/3kP3/8/8 b - - 0 1", winIn(21)},   // Kxe3
+        {"8/8/8/8/k3p3/4P3/8/4K3 w - - 0 1", ANY_LOSS},   // Black reaches e3 first
+        {"8/8/4k3/4p3/4P3/4K3/8/8 w - - 0 1", 0},         // neither king gets through
+        {"8/8/8/3kp3/8/3P4/8/4K3 w - - 0 1", NO_TABLE_VALUE},  // pawns on two files
+        {"8/8/4P3/3k4/8/4p3/8/4K3 w - - 0 1", NO_TABLE_VALUE},  // pawns past each other
     };
     Board board;
     for (const auto& c : cases) {
@@ -66,18 +72,20 @@ TEST(EndgameTables, KnownPositions) {
 
 namespace {
 
-// A random legal position of two kings and the piece, either colour holding it, or false.
-bool placeRandomPosition(Board& board, int piece, std::mt19937& rng) {
-    int squares[3];
-    for (int& sq : squares) sq = int(rng() % 64);
-    if (squares[0] == squares[1] || squares[0] == squares[2] || squares[1] == squares[2] ||
-        distance(squares[0], squares[1]) <= 1 ||
-        (typeOf(piece) == PAWN && (rankOf(squares[2]) == 0 || rankOf(squares[2]) == 7)))
-        return false;
+// A random legal position of two kings and the pieces, or false.
+bool placeRandomPosition(Board& board, const std::vector<int>& pieces, std::mt19937& rng) {
     std::fill(std::begin(board.squares), std::end(board.squares), EMPTY);
-    board.squares[squares[0]] = W_KING;
-    board.squares[squares[1]] = B_KING;
-    board.squares[squares[2]] = piece;
+    int kings[2] = {int(rng() % 64), int(rng() % 64)};
+    if (distance(kings[0], kings[1]) <= 1) return false;
+    board.squares[kings[0]] = W_KING;
+    board.squares[kings[1]] = B_KING;
+    for (int piece : pieces) {
+        int sq = int(rng() % 64);
+        if (board.squares[sq] != EMPTY ||
+            (typeOf(piece) == PAWN && (rankOf(sq) == 0 || rankOf(sq) == 7)))
+            return false;
+        board.squares[sq] = piece;
+    }
     board.sideToMove = Color(rng() % 2);
     board.initPosition(0, NO_SQUARE, 0);
     return !board.isAttacked(board.kingSquare[~board.sideToMove], board.sideToMove);
@@ -86,14 +94,18 @@ bool placeRandomPosition(Board& board, int piece, std::mt19937& rng) {
 }  // namespace
 
 // Promotions lead into the queen and rook tables through the probe; a capture or a minor
-// promotion leaves a draw.
+// promotion leaves a draw. Blocked pawns lead into the king-and-pawn table when one is taken.
 TEST(EndgameTables, EveryValueFollowsFromItsSuccessors) {
     std::mt19937 rng(20191005);
     Board board;
     MoveList list;
-    for (int piece : {W_ROOK, B_ROOK, W_QUEEN, B_QUEEN, W_PAWN, B_PAWN}) {
+    const std::vector<std::vector<int>> endings = {{W_ROOK}, {B_ROOK}, {W_QUEEN}, {B_QUEEN},
+                                                   {W_PAWN}, {B_PAWN}, {W_PAWN, B_PAWN}};
+    for (const std::vector<int>& pieces : endings) {
         for (int checked = 0; checked < 20000;) {
-            if (!placeRandomPosition(board, piece, rng)) continue;
+            if (!placeRandomPosition(board, pieces, rng) ||
+                tables().probe(board) == NO_TABLE_VALUE)
+                continue;
             checked++;
             generateAll(board, list);
             // The best successor seen from this side, one ply further from the mate (a win in n

@@ -1,7 +1,9 @@
-// morvane-drawcheck: checks the evaluation's draw recogniser against a reference engine. For
-// every ending the recogniser knows, it sets up random legal positions, keeps those it calls a
-// draw, and has the reference engine search each one; a position the reference scores as a
-// clear win for either side is a false draw, and is printed.
+// morvane-drawcheck: checks the evaluation's draw recogniser and the blocked-pawn endgame table
+// against a reference engine. For every ending the recogniser knows, it sets up random legal
+// positions, keeps those it calls a draw, and has the reference engine search each one; a
+// position the reference scores as a clear win for either side is a false draw, and is printed.
+// For KPKP it keeps the positions the table holds, and the reference must also see the table's
+// wins and losses as clear ones.
 #include <cstdlib>
 #include <iostream>
 #include <random>
@@ -10,6 +12,7 @@
 #include "core/board.h"
 #include "eval/endgame.h"
 #include "eval/evaluator.h"
+#include "search/endgame_tables.h"
 #include "tools/match/uci_engine.h"
 
 namespace {
@@ -20,7 +23,8 @@ const char* const USAGE =
     "  For each ending the draw recogniser knows, N random positions it calls drawn are\n"
     "  searched by the reference engine (default: stockfish, depth 20); a score of at least\n"
     "  CP centipawns (default 300) for either side counts as a false draw. --ending checks\n"
-    "  one ending only (KRKP, KQKQ, ...).";
+    "  one ending only (KRKP, KQKQ, ...). KPKP checks the table of blocked pawns: its draws,\n"
+    "  wins and losses must all be the reference's.";
 
 struct Settings {
     std::string engine = "stockfish";
@@ -31,8 +35,18 @@ struct Settings {
     std::string ending;  // empty for all
 };
 
-constexpr EndGameId RECOGNISED[] = {KNKN, KBKN, KBKB, KNNK, KRKP, KRKN, KRKB,
-                                    KRKR, KBKP, KNKP, KBPK, KQKP, KQKQ};
+constexpr EndGameId CHECKED[] = {KNKN, KBKN, KBKB, KNNK, KRKP, KRKN, KRKB,
+                                 KRKR, KBKP, KNKP, KBPK, KQKP, KQKQ, KPKP};
+
+constexpr int NOT_CHECKED = 2;
+
+// What the engine knows of a position for the side to move: 1 a win, -1 a loss, 0 a draw;
+// NOT_CHECKED when neither the recogniser nor the table speaks.
+int knownOutcome(EndGameId id, Board& board, Evaluator& evaluator) {
+    if (id != KPKP) return evaluator.recognizedDraw() ? 0 : NOT_CHECKED;
+    int value = EndgameTables::instance().probe(board);
+    return value == NO_TABLE_VALUE ? NOT_CHECKED : (value > 0) - (value < 0);
+}
 
 // A random position with the men of an ending's name ("KRKP": White's men, then Black's), the
 // colours swapped half of the time. Empty when the placement is illegal.
@@ -88,7 +102,7 @@ bool parse(int argc, char** argv, Settings& s) {
         else return false;
     }
     bool known = s.ending.empty();
-    for (EndGameId id : RECOGNISED) known |= s.ending == ENDGAME_NAMES[id];
+    for (EndGameId id : CHECKED) known |= s.ending == ENDGAME_NAMES[id];
     return known && s.depth > 0 && s.positions > 0 && s.winCp > 0;
 }
 
@@ -108,34 +122,37 @@ int main(int argc, char** argv) {
     std::mt19937 random(settings.seed);
     auto board = std::make_unique<Board>();
     auto evaluator = std::make_unique<Evaluator>(*board);
-    int falseDraws = 0;
+    int falseOutcomes = 0;
     const std::string go = "go depth " + std::to_string(settings.depth);
-    for (EndGameId id : RECOGNISED) {
+    for (EndGameId id : CHECKED) {
         if (!settings.ending.empty() && settings.ending != ENDGAME_NAMES[id]) continue;
-        int drawn = 0, tried = 0, wrong = 0;
-        while (drawn < settings.positions && tried < 1000000) {
+        int known = 0, tried = 0, wrong = 0;
+        while (known < settings.positions && tried < 1000000) {
             tried++;
             std::string fen = randomFen(ENDGAME_NAMES[id], random);
             if (fen.empty() || board->setFen(fen) != 0 || !legal(*board)) continue;
-            if (!evaluator->recognizedDraw()) continue;
-            drawn++;
+            int outcome = knownOutcome(id, *board, *evaluator);
+            if (outcome == NOT_CHECKED) continue;
+            known++;
             reference.prepareGame(10000);
             match::SearchReply reply = reference.search("position fen " + fen, go, 120000);
             if (reply.status != match::EngineStatus::Ok) {
                 std::cerr << "morvane-drawcheck: the reference engine failed on " << fen << "\n";
                 return 1;
             }
-            if (reply.score && std::abs(*reply.score) >= settings.winCp) {
+            int score = reply.score.value_or(0);
+            int seen = score >= settings.winCp ? 1 : score <= -settings.winCp ? -1 : 0;
+            if (seen != outcome) {
                 wrong++;
-                std::cout << "  false draw " << ENDGAME_NAMES[id] << ": " << fen << "  score "
-                          << *reply.score << "\n";
+                std::cout << "  false " << (outcome ? "win or loss " : "draw ")
+                          << ENDGAME_NAMES[id] << ": " << fen << "  score " << score << "\n";
             }
         }
-        std::cout << ENDGAME_NAMES[id] << ": " << drawn << " recognised draws checked, " << wrong
+        std::cout << ENDGAME_NAMES[id] << ": " << known << " known outcomes checked, " << wrong
                   << " false" << std::endl;
-        falseDraws += wrong;
+        falseOutcomes += wrong;
     }
     reference.quit();
-    std::cout << "false draws: " << falseDraws << "\n";
-    return falseDraws ? 1 : 0;
+    std::cout << "false outcomes: " << falseOutcomes << "\n";
+    return falseOutcomes ? 1 : 0;
 }
