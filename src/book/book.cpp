@@ -1,9 +1,9 @@
 #include "book/book.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <vector>
 
+#include "book/book_file.h"
 #include "core/text.h"
 
 void drawBookMoves(const BookEntry* entries, size_t count, TranspositionTable& tt) {
@@ -27,19 +27,11 @@ void drawBookMoves(const BookEntry* entries, size_t count, TranspositionTable& t
 
 BookStatus loadBookFile(const std::string& name, TranspositionTable& tt) {
     if (!fileExists(name)) return BOOK_NOT_FOUND;
-    std::ifstream in(name, std::ios::binary);
-    if (!in) return BOOK_NOT_FOUND;
-    std::vector<BookEntry> entries;
+    std::optional<std::string> bytes = readFileBytes(name);
+    if (!bytes) return BOOK_NOT_FOUND;
+    std::vector<BookEntry> entries = decodeRecords(*bytes);
     bool hasStart = false;
-    unsigned char bytes[16];
-    while (in.read(reinterpret_cast<char*>(bytes), sizeof(bytes))) {
-        BookEntry e{};
-        for (int i = 7; i >= 0; i--) e.key = e.key << 8 | bytes[i];
-        e.move = uint32_t(bytes[8]) | uint32_t(bytes[9]) << 8 | uint32_t(bytes[10]) << 16 | uint32_t(bytes[11]) << 24;
-        e.weight = bytes[12];
-        hasStart |= e.key == STARTPOS_KEY;
-        entries.push_back(e);
-    }
+    for (const BookEntry& e : entries) hasStart |= e.key == STARTPOS_KEY;
     if (!hasStart) return BOOK_INVALID;
     drawBookMoves(entries.data(), entries.size(), tt);
     return BOOK_OK;

@@ -13,6 +13,7 @@
 
 #include "book/book.h"
 #include "book/book_check.h"
+#include "book/book_file.h"
 #include "book/internal_book.h"
 #include "core/board.h"
 #include "core/movegen.h"
@@ -34,6 +35,7 @@ struct Settings {
     std::string report = "src/tools/bookgen/last-run.txt";
     int verifyDepth = 0;  // with --verify: check the compiled-in book instead of building one
     int tolerance = 40;   // no kept move may lose more than this against the best
+    int maxPly = 19;      // the deepest book position; its moves lead at most one ply further
 };
 
 using Candidate = ScoredMove;
@@ -43,6 +45,7 @@ struct Pending {
     double reach;
     std::string moves;
     uint64_t key;
+    int ply;
     bool operator<(const Pending& o) const {
         return reach != o.reach ? reach < o.reach : key > o.key;
     }
@@ -52,6 +55,7 @@ struct Searched {
     uint64_t key;
     std::string moves;
     double reach;
+    int ply;
     std::vector<Candidate> candidates;  // best first
     int kept = 0;
 };
@@ -92,6 +96,8 @@ bool parseArguments(int argc, char** argv, Settings& s) {
             s.verifyDepth = std::atoi(value.c_str());
         else if (name == "--tolerance")
             s.tolerance = std::atoi(value.c_str());
+        else if (name == "--max-ply")
+            s.maxPly = std::atoi(value.c_str());
         else
             return false;
     }
@@ -111,17 +117,6 @@ void writeTable(const Settings& s, const std::vector<BookEntry>& entries) {
         out << line;
     }
     out << "};\nconst size_t INTERNAL_BOOK_SIZE = std::size(INTERNAL_BOOK);\n";
-}
-
-void writeBookFile(const Settings& s, const std::vector<BookEntry>& entries) {
-    std::ofstream out(s.book, std::ios::binary);
-    for (const BookEntry& e : entries) {
-        unsigned char bytes[16] = {};
-        for (int i = 0; i < 8; i++) bytes[i] = uint8_t(e.key >> (8 * i));
-        for (int i = 0; i < 4; i++) bytes[8 + i] = uint8_t(e.move >> (8 * i));
-        bytes[12] = e.weight;
-        out.write(reinterpret_cast<const char*>(bytes), 16);
-    }
 }
 
 // Searches every position of the compiled-in book and reports each book move that loses more
@@ -161,7 +156,8 @@ int main(int argc, char** argv) {
     Settings s;
     if (!parseArguments(argc, argv, s)) {
         std::cerr << "usage: morvane-bookgen [--positions N] [--records N] [--depth D] [--margin CP]"
-                     " [--tolerance CP] [--jobs J] [--table FILE] [--book FILE] [--report FILE]\n"
+                     " [--tolerance CP] [--max-ply N] [--jobs J] [--table FILE] [--book FILE]"
+                     " [--report FILE]\n"
                      "       morvane-bookgen --verify DEPTH [--tolerance CP] [--jobs J]\n";
         return 2;
     }
@@ -176,7 +172,7 @@ int main(int argc, char** argv) {
     std::priority_queue<Pending> queue;
 
     // The start position's moves are fixed.
-    Searched root{board.key(), "", 1.0, {}, 0};
+    Searched root{board.key(), "", 1.0, 0, {}, 0};
     const char* startMoves[] = {"e2e4", "d2d4", "g1f3", "c2c4", "b2b3", "g2g3"};
     const int startWeights[] = {44, 36, 11, 7, 1, 1};
     for (int i = 0; i < 6; i++) root.candidates.push_back({parseMove(board, startMoves[i]), 0});
@@ -185,6 +181,7 @@ int main(int argc, char** argv) {
     seen[root.key] = true;
     int records = 6;
     auto enqueueChildren = [&](const Searched& node, const std::vector<int>& shares) {
+        if (node.ply >= s.maxPly) return;
         for (int i = 0; i < node.kept; i++) {
             board.setPosition("position startpos moves " + node.moves);
             board.makeMove(node.candidates[i].move);
@@ -192,8 +189,8 @@ int main(int argc, char** argv) {
             if (seen.count(key)) continue;
             seen[key] = true;
             std::string moves = node.moves.empty() ? "" : node.moves + " ";
-            queue.push(
-                {node.reach * shares[i] / 100.0, moves + moveToUci(node.candidates[i].move), key});
+            queue.push({node.reach * shares[i] / 100.0, moves + moveToUci(node.candidates[i].move),
+                        key, node.ply + 1});
         }
     };
     enqueueChildren(root, std::vector<int>(startWeights, startWeights + 6));
@@ -214,7 +211,7 @@ int main(int argc, char** argv) {
         for (int j = 0; j < s.jobs; j++) {
             workers.emplace_back([&, j] {
                 for (size_t i = j; i < batch.size(); i += s.jobs)
-                    results[i] = {batch[i].key, batch[i].moves, batch[i].reach,
+                    results[i] = {batch[i].key, batch[i].moves, batch[i].reach, batch[i].ply,
                                   searchers[j]->search("position startpos moves " + batch[i].moves,
                                                        s.depth, LOSS_LINES),
                                   0};
@@ -267,12 +264,17 @@ int main(int argc, char** argv) {
         return int64_t(a.key) < int64_t(b.key);
     });
     writeTable(s, entries);
-    writeBookFile(s, entries);
+    writeFileBytes(s.book, encodeRecords(entries));
     std::ofstream report(s.report);
     report << "positions " << done.size() << "\nrecords " << entries.size() << "\ndepth " << s.depth
            << "\nlines " << LOSS_LINES << "\nmargin " << s.margin << "\ntolerance " << s.tolerance
-           << "\nworst loss " << worstLoss << "\njobs " << s.jobs
+           << "\nworst loss " << worstLoss << "\nmax ply " << s.maxPly << "\njobs " << s.jobs
            << "\nseconds " << (TimeManager::now() - start) / 1000 << "\n";
+    std::vector<int> byPly(s.maxPly + 1);
+    for (const Searched& d : done) byPly[d.ply]++;
+    report << "positions by ply:";
+    for (int ply = 0; ply <= s.maxPly; ply++) report << " " << byPly[ply];
+    report << "\n";
     std::cout << done.size() << " positions, " << entries.size() << " records, worst loss "
               << worstLoss << "\n";
     return int(done.size()) == s.positions && int(entries.size()) == s.records ? 0 : 1;
