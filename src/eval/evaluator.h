@@ -21,8 +21,9 @@ class alignas(64) Evaluator {
     bool recognizedDraw() const;
     // Empties all three caches, for a new game.
     void clear();
-    // Starts loading the evaluation-cache lines a position key may use.
-    void prefetch(uint64_t key) const;
+    // Starts loading the evaluation-cache line of the position that a move of the side to move
+    // reaches, given that position's key.
+    void prefetch(uint64_t childKey) const;
 
     struct CacheCounters {
         uint64_t probes = 0;

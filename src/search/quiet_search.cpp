@@ -9,10 +9,12 @@ QuietSearch::QuietSearch(int hashMb) : thread(tt) {
 }
 
 std::vector<ScoredMove> QuietSearch::search(const std::string& positionCommand, int depth,
-                                            int lines) {
+                                            int lines, bool forget) {
     // Everything a search learns is forgotten, so its answer depends on the position alone.
-    tt.clear();
-    thread.clear();
+    if (forget) {
+        tt.clear();
+        thread.clear();
+    }
     SearchLimits limits;
     limits.depth = depth;
     limits.startTime = TimeManager::now();

@@ -17,8 +17,11 @@ struct ScoredMove {
 class QuietSearch {
   public:
     explicit QuietSearch(int hashMb = 16);
-    // The best `lines` root moves of the game given as a position command, best first.
-    std::vector<ScoredMove> search(const std::string& positionCommand, int depth, int lines = 1);
+    // The best `lines` root moves of the game given as a position command, best first. With
+    // `forget` false the table and caches of the searches before are kept, which is faster and
+    // makes the answer depend a little on them.
+    std::vector<ScoredMove> search(const std::string& positionCommand, int depth, int lines = 1,
+                                   bool forget = true);
 
   private:
     TranspositionTable tt;

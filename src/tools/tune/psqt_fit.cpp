@@ -1,6 +1,7 @@
 #include "tools/tune/psqt_fit.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <memory>
 
@@ -51,7 +52,12 @@ std::string PsqtFit::load(const std::string& path) {
             score = evaluator->Evaluate();
         }
         TuneSample s;
-        s.whiteScore = std::stof(line.substr(split + 1));
+        size_t second = line.find(';', split + 1);
+        char* end = nullptr;
+        s.gameResult = s.whiteScore = std::strtof(line.c_str() + split + 1, &end);
+        s.searchScore = second == std::string::npos ? 0 : std::strtof(line.c_str() + second + 1, &end);
+        if (end == line.c_str() + split + 1 || *end)
+            return path + ":" + std::to_string(lineNumber) + ": not a FEN;result line";
         s.mgWeight = float(evaluator->lastPhase() / 64.0);
         s.egWeight = float((64 - evaluator->lastPhase()) * evaluator->lastScale() / (128.0 * 64.0));
         s.firstFeature = uint32_t(features.size());
@@ -91,6 +97,12 @@ double PsqtFit::error(const double* params) const {
     return sum / double(samples.size());
 }
 
+void PsqtFit::blendTargets(double resultShare) {
+    for (TuneSample& s : samples)
+        s.whiteScore = float(resultShare * s.gameResult +
+                             (1 - resultShare) * sigmoid(scale, s.searchScore));
+}
+
 // Golden-section search over the scale; the error is unimodal in it.
 double PsqtFit::fitScale() {
     double low = 0.0005, high = 0.02;
@@ -108,12 +120,16 @@ double PsqtFit::fitScale() {
 }
 
 // Damped Gauss-Newton steps on each parameter by itself: the step is the error's slope over
-// its curvature. A prior pulls every value towards today's with the weight of PRIOR_POSITIONS
+// its curvature. A prior pulls every value towards today's with the weight of `priorPositions`
 // positions, so that squares a piece seldom stands on keep about their hand-written value.
-PieceSquareValues PsqtFit::fit(int iterations, void (*report)(int, double)) {
-    constexpr double DAMPING = 0.5, PRIOR_POSITIONS = 200;
+// The material values are fixed weights, so a table may not drift as a whole: after every step
+// each table is shifted back to today's average over the squares its piece stands on.
+PieceSquareValues PsqtFit::fit(int iterations, double priorPositions, void (*report)(int, double)) {
+    constexpr double DAMPING = 0.5;
     const double n = double(samples.size());
-    const double prior = 2 * std::pow(0.25 * scale, 2) * PRIOR_POSITIONS / n;
+    const double prior = 2 * std::pow(0.25 * scale, 2) * priorPositions / n;
+    std::vector<double> occupancy(PARAMS / 2);
+    for (int16_t f : features) occupancy[std::abs(f) - 1]++;
     std::vector<double> params = start, slope(PARAMS), curvature(PARAMS);
     for (int iteration = 1; iteration <= iterations; iteration++) {
         std::fill(slope.begin(), slope.end(), 0.0);
@@ -134,6 +150,17 @@ PieceSquareValues PsqtFit::fit(int iterations, void (*report)(int, double)) {
         }
         for (int p = 0; p < PARAMS; p++)
             params[p] -= DAMPING * (slope[p] + prior * (params[p] - start[p])) / (curvature[p] + prior);
+        for (int table = 0; table < 6; table++)
+            for (int phase = 0; phase < 2; phase++) {
+                double drift = 0, weight = 0;
+                for (int c = 0; c < SQUARE_CLASSES; c++) {
+                    int p = 2 * (table * SQUARE_CLASSES + c) + phase;
+                    drift += occupancy[p / 2] * (params[p] - start[p]);
+                    weight += occupancy[p / 2];
+                }
+                for (int c = 0; c < SQUARE_CLASSES && weight > 0; c++)
+                    params[2 * (table * SQUARE_CLASSES + c) + phase] -= drift / weight;
+            }
         if (report && (iteration % 10 == 0 || iteration == iterations))
             report(iteration, error(params.data()));
     }
