@@ -26,7 +26,9 @@ bool givesCheck(const Board& b, Move m) {
         int rookTo = to > from ? from + 1 : from - 1;
         return b.attacks.rookAttacks(rookTo, occ) & squareBB(ksq);
     }
-    // Discovered checks by sliders that the move uncovers.
+    // Discovered checks by sliders that the move uncovers: only possible when the piece leaves
+    // a line through the king (or an en-passant capture empties one).
+    if (!moveIsEnPassant(m) && !(b.attacks.queenLines[ksq] & squareBB(from))) return false;
     Bitboard queens = b.pieces(us, QUEEN);
     Bitboard rooks = (b.pieces(us, ROOK) | queens) & ~squareBB(from);
     Bitboard bishops = (b.pieces(us, BISHOP) | queens) & ~squareBB(from);

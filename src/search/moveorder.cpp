@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 void OrderingTables::clear() { std::memset(static_cast<void*>(this), 0, sizeof(*this)); }
 
@@ -32,6 +33,13 @@ void sortMoves(MoveList& list) {
         for (; j > 0 && list.moves[j - 1] < m; j--) list.moves[j] = list.moves[j - 1];
         list.moves[j] = m;
     }
+}
+
+void pickNext(MoveList& list, uint32_t at) {
+    uint32_t best = at;
+    for (uint32_t i = at + 1; i < list.count; i++)
+        if (list.moves[i] > list.moves[best]) best = i;
+    std::swap(list.moves[at], list.moves[best]);
 }
 
 int removeMove(MoveList& list, Move m) {

@@ -245,7 +245,6 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             for (Move drop : {hashMove, killer1, killer2, counter})
                 if (drop) removeMove(list, drop);
             for (Move& m : list) m = withKey(m, clampKey(256 + ordering->historyOf(m) / 8));
-            if (list.count >= 2) sortMoves(list);
             if (movesSearched == 0 && list.count == 0 && !anyLegal && !hashMove) {
                 tt.store(st.key, ply, 100, BOUND_EXACT, 0, 0);
                 return 0;  // stalemate: no legal move at all
@@ -256,6 +255,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
 
         for (uint32_t i = 0; i < list.count; i++) {
             if (stopFlag) continue;
+            if (stage == QUIET_STAGE) pickNext(list, i);  // in sorted order, sorted lazily
             const Move m = list.moves[i] & MOVE_MASK;
             const int moveKey = keyOf(list.moves[i]);
             const bool quiet = isQuiet(m);

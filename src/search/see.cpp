@@ -44,8 +44,12 @@ int see(const Board& b, Move m) {
         gain[depth] = seeValue(onSquare) - gain[depth - 1];
         onSquare = attacker;
         occ &= ~squareBB(sq);
-        // Sliders behind the piece that just captured join in.
-        attackers |= (at.rookAttacks(to, occ) & rookLike) | (at.bishopAttacks(to, occ) & bishopLike);
+        // Sliders behind the piece that just captured join in, along the line it came from.
+        int rankStep = rankOf(sq) - rankOf(to), fileStep = fileOf(sq) - fileOf(to);
+        if (rankStep == 0 || fileStep == 0)
+            attackers |= at.rookAttacks(to, occ) & rookLike;
+        else if (rankStep == fileStep || rankStep == -fileStep)
+            attackers |= at.bishopAttacks(to, occ) & bishopLike;
         attackers &= occ;
         side = ~side;
         if (depth == 39) break;
