@@ -7,6 +7,9 @@
 #include <sstream>
 
 #include "core/board.h"
+#include "core/movegen.h"
+#include "core/notation.h"
+#include "core/threats.h"
 
 // Every depth whose count is below ten million; perft leaves the position as it found it.
 TEST(Perft, PublishedCountsBelowTenMillion) {
@@ -25,4 +28,31 @@ TEST(Perft, PublishedCountsBelowTenMillion) {
         EXPECT_EQ(board.getFen().substr(0, fen.size()), fen);
     }
     EXPECT_EQ(positions, 126);
+}
+
+// The check test agrees with making the move, for every move of each position and of each
+// position one move further.
+TEST(Perft, GivesCheckAgreesWithTheMove) {
+    std::ifstream in(std::string(MORVANE_DATA_DIR) + "/perft.epd");
+    Board board;
+    MoveList first, second;
+    auto checkAll = [&](MoveList& list) {
+        for (Move m : list) {
+            bool predicted = givesCheck(board, m);
+            board.makeMove(m);
+            EXPECT_EQ(predicted, board.inCheck()) << board.getFen() << " after " << moveToUci(m);
+            board.unmakeMove(m);
+        }
+    };
+    for (std::string line; std::getline(in, line);) {
+        ASSERT_EQ(board.setFen(line.substr(0, line.find(" perft1 "))), 0);
+        generateAll(board, first);
+        checkAll(first);
+        for (Move m : first) {
+            board.makeMove(m);
+            generateAll(board, second);
+            checkAll(second);
+            board.unmakeMove(m);
+        }
+    }
 }
