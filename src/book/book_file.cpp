@@ -74,7 +74,8 @@ std::vector<PolyglotEntry> decodePolyglot(const std::string& bytes) {
     std::vector<PolyglotEntry> entries;
     for (size_t at = 0; at + RECORD_SIZE <= bytes.size(); at += RECORD_SIZE)
         entries.push_back({readBig(bytes, at, 8), uint16_t(readBig(bytes, at + 8, 2)),
-                           uint16_t(readBig(bytes, at + 10, 2)), uint32_t(readBig(bytes, at + 12, 4))});
+                           uint16_t(readBig(bytes, at + 10, 2)),
+                           uint32_t(readBig(bytes, at + 12, 4))});
     return entries;
 }
 

@@ -37,7 +37,8 @@ struct Men {
 Men decode(int i) {
     int pairClass = i >> 13, file = pairClass / 15, pair = pairClass % 15;
     auto [white, black] = PAIR_RANKS[pair];
-    return {Color(i & 1), {(i >> 7) & 63, (i >> 1) & 63},
+    return {Color(i & 1),
+            {(i >> 7) & 63, (i >> 1) & 63},
             {makeSquare(file, white), makeSquare(file, black)}};
 }
 
@@ -84,7 +85,8 @@ class Solver {
 
 bool Solver::isLegal(const Men& m) const {
     Bitboard pawns = squareBB(m.pawn[White]) | squareBB(m.pawn[Black]);
-    if (m.king[White] == m.king[Black] || (pawns & (squareBB(m.king[White]) | squareBB(m.king[Black]))) ||
+    if (m.king[White] == m.king[Black] ||
+        (pawns & (squareBB(m.king[White]) | squareBB(m.king[Black]))) ||
         distance(m.king[White], m.king[Black]) <= 1)
         return false;
     return !(at.pawnAttacks[m.stm][m.pawn[m.stm]] & squareBB(m.king[~m.stm]));

@@ -72,8 +72,10 @@ TEST(BookTool, PolyglotMovesBothWays) {
         {"3rk3/2P5/8/8/8/8/8/4K3 w - - 0 1", polyglotWord("c7", "c8", 5), ""},  // no such piece
         {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", polyglotWord("e5", "d6"), "e5d6"},
         {"4k3/8/8/3pP3/8/8/8/4K3 w - - 0 1", polyglotWord("e5", "d6"), ""},  // no en passant
-        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", polyglotWord("g1", "f3"), "g1f3"},
-        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", polyglotWord("e2", "e4", 4), ""},
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", polyglotWord("g1", "f3"),
+         "g1f3"},
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", polyglotWord("e2", "e4", 4),
+         ""},
         {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", polyglotWord("e3", "e4"), ""},
     };
     auto board = std::make_unique<Board>();
@@ -90,8 +92,13 @@ TEST(BookTool, PolyglotMovesBothWays) {
 // Shares add up to 100, none below 1, the heavier weight never getting the smaller share.
 TEST(BookTool, WeightsBecomePercentages) {
     const std::vector<std::vector<uint32_t>> cases = {
-        {1, 1, 1}, {0, 0}, {65535}, {3, 1}, {12135, 11257, 3745, 3294, 243, 38, 35, 16, 16, 7, 5, 4, 2},
-        std::vector<uint32_t>(100, 7), {1000000, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1},
+        {1, 1, 1},
+        {0, 0},
+        {65535},
+        {3, 1},
+        {12135, 11257, 3745, 3294, 243, 38, 35, 16, 16, 7, 5, 4, 2},
+        std::vector<uint32_t>(100, 7),
+        {1000000, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1},
     };
     for (const auto& weights : cases) {
         std::vector<int> shares = percentShares(weights);
@@ -111,8 +118,10 @@ TEST(BookTool, WeightsBecomePercentages) {
 // A book with castling and en passant on its lines goes to PolyGlot and comes back the same;
 // a record whose move is not legal, or whose position no line reaches, is counted and dropped.
 TEST(BookTool, RoundTripThroughPolyglot) {
-    std::vector<BookEntry> book = lineRecords("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1", {60, 100, 100, 100, 100, 100, 100});
-    std::vector<BookEntry> second = lineRecords("d2d4 a7a6 d4d5 e7e5 d5e6", {40, 100, 100, 100, 100});
+    std::vector<BookEntry> book =
+        lineRecords("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1", {60, 100, 100, 100, 100, 100, 100});
+    std::vector<BookEntry> second =
+        lineRecords("d2d4 a7a6 d4d5 e7e5 d5e6", {40, 100, 100, 100, 100});
     book.insert(book.end(), second.begin(), second.end());
     auto byKeyAndMove = [](std::vector<BookEntry> records) {
         std::sort(records.begin(), records.end(), [](const BookEntry& a, const BookEntry& b) {
@@ -149,7 +158,8 @@ TEST(BookTool, RoundTripThroughPolyglot) {
 // built here is imported, and the engine plays its move after "ucinewgame".
 TEST(BookTool, CommandLine) {
     namespace fs = std::filesystem;
-    const fs::path dir = fs::temp_directory_path() / ("morvane-book-test-" + std::to_string(getpid()));
+    const fs::path dir =
+        fs::temp_directory_path() / ("morvane-book-test-" + std::to_string(getpid()));
     fs::create_directories(dir);
     auto write = [&](const std::string& name, const std::string& bytes) {
         std::ofstream(dir / name, std::ios::binary) << bytes;
@@ -158,10 +168,12 @@ TEST(BookTool, CommandLine) {
     auto board = std::make_unique<Board>();
     const uint64_t start = board->key();
     board->makeMove(parseMove(*board, "a2a3"));
-    const std::string good = write("good.bin", encodePolyglot({{start, polyglotWord("a2", "a3"), 7, 0},
-                                                               {board->key(), polyglotWord("a7", "a6"), 1, 0}}));
-    const std::string unsorted = write("unsorted.bin", encodePolyglot({{board->key(), polyglotWord("a7", "a6"), 1, 0},
-                                                                       {start, polyglotWord("a2", "a3"), 7, 0}}));
+    const std::string good =
+        write("good.bin", encodePolyglot({{start, polyglotWord("a2", "a3"), 7, 0},
+                                          {board->key(), polyglotWord("a7", "a6"), 1, 0}}));
+    const std::string unsorted =
+        write("unsorted.bin", encodePolyglot({{board->key(), polyglotWord("a7", "a6"), 1, 0},
+                                              {start, polyglotWord("a2", "a3"), 7, 0}}));
     const std::string truncated = write("truncated.bin", std::string(17, '\0'));
     const std::string noise = write("noise.bin", std::string(32, '\xff'));
     const std::string out = (dir / "out.mbk").string();
@@ -172,14 +184,16 @@ TEST(BookTool, CommandLine) {
         int status;
         std::string expected;
     } cases[] = {
-        {"import " + truncated + " " + out, 1, "truncated (17 bytes is not a whole number of 16-byte entries)"},
+        {"import " + truncated + " " + out, 1,
+         "truncated (17 bytes is not a whole number of 16-byte entries)"},
         {"import " + noise + " " + out, 1, "neither a Morvane book nor a PolyGlot book"},
         {"import " + unsorted + " " + out, 1, "must be sorted by key"},
         {"stats " + (dir / "missing.bin").string(), 1, "cannot be read"},
         {"probe " + good + " 'not a fen'", 1, "bad FEN: not a fen"},
         {"import " + good, 2, "usage:"},
         {"import " + good + " " + out, 0, "wrote 2 positions, 2 records"},
-        {"probe " + out + " 'rnbqkbnr/pppppppp/8/8/8/P7/1PPPPPPP/RNBQKBNR b KQkq - 0 1'", 0, "a7a6  weight 100  100.0%"},
+        {"probe " + out + " 'rnbqkbnr/pppppppp/8/8/8/P7/1PPPPPPP/RNBQKBNR b KQkq - 0 1'", 0,
+         "a7a6  weight 100  100.0%"},
         {"stats " + good, 0, "  ply 1: 1 (50.0%)"},
     };
     for (const auto& c : cases) {
@@ -187,13 +201,15 @@ TEST(BookTool, CommandLine) {
         EXPECT_EQ(r.status, c.status) << c.arguments << "\n" << r.output;
         EXPECT_NE(r.output.find(c.expected), std::string::npos) << c.arguments << "\n" << r.output;
         if (c.status) {
-            EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), c.status == 1 ? 1 : 4) << r.output;
+            EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), c.status == 1 ? 1 : 4)
+                << r.output;
             EXPECT_FALSE(fs::exists(out)) << c.arguments;
         }
     }
     // The engine never opens with a2a3 by itself.
-    ToolRun game = run("printf 'setoption name Book File value " + out +
-                   "\\nucinewgame\\nposition startpos\\ngo depth 6\\nquit\\n' | " MORVANE_BINARY);
+    ToolRun game =
+        run("printf 'setoption name Book File value " + out +
+            "\\nucinewgame\\nposition startpos\\ngo depth 6\\nquit\\n' | " MORVANE_BINARY);
     EXPECT_NE(game.output.find("bestmove a2a3"), std::string::npos) << game.output;
     fs::remove_all(dir);
 }

@@ -36,7 +36,8 @@ TEST(Tune, ReadsGamesAndTheirQuietPositions) {
     // after dxc6 Nxe5 wins a pawn.
     std::vector<std::string> quiet;
     forEachQuietPosition(games[0], 6, [&](const std::string& fen) { quiet.push_back(fen); });
-    EXPECT_EQ(quiet, std::vector<std::string>{"r1bqkbnr/1ppp1ppp/p1n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -"});
+    EXPECT_EQ(quiet, std::vector<std::string>{
+                         "r1bqkbnr/1ppp1ppp/p1n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -"});
 }
 
 // Today's tables written into a copy of their source give the same file, byte for byte.

@@ -79,8 +79,9 @@ std::vector<BookEntry> importPolyglot(const std::vector<PolyglotEntry>& entries,
             board->unmakeMove(kept[i].first);
         }
         // Rounding can reorder close weights; the records go heaviest share first.
-        std::stable_sort(records.begin() + long(first), records.end(),
-                         [](const BookEntry& a, const BookEntry& b) { return a.weight > b.weight; });
+        std::stable_sort(
+            records.begin() + long(first), records.end(),
+            [](const BookEntry& a, const BookEntry& b) { return a.weight > b.weight; });
     }
     counts.records = records.size();
     counts.unreached = counts.read - placed;

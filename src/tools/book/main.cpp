@@ -46,12 +46,12 @@ int importBook(const std::string& in, const std::string& out) {
     });
     if (!writeFileBytes(out, encodeRecords(records))) return fail("cannot write " + out);
     std::cout << "read " << counts.read << " PolyGlot entries from " << in << "\n"
-              << "wrote " << counts.positions << " positions, " << counts.records
-              << " records to " << out << "\n"
-              << "dropped " << counts.illegal + counts.unreached + counts.surplus << " entries: "
-              << counts.illegal << " not legal in their position, " << counts.unreached
-              << " of positions no book line from the start position reaches, " << counts.surplus
-              << " beyond the 100 heaviest moves of a position\n";
+              << "wrote " << counts.positions << " positions, " << counts.records << " records to "
+              << out << "\n"
+              << "dropped " << counts.illegal + counts.unreached + counts.surplus
+              << " entries: " << counts.illegal << " not legal in their position, "
+              << counts.unreached << " of positions no book line from the start position reaches, "
+              << counts.surplus << " beyond the 100 heaviest moves of a position\n";
     return 0;
 }
 
@@ -79,18 +79,18 @@ int stats(const std::string& path) {
         ImportCounts ignored;
         book.records = importPolyglot(book.polyglot, ignored);
     }
-    std::cout << (book.format == BookFormat::Morvane ? "Morvane" : "PolyGlot") << " book: "
-              << movesOf.size() << " positions, " << entries << " entries\n";
+    std::cout << (book.format == BookFormat::Morvane ? "Morvane" : "PolyGlot")
+              << " book: " << movesOf.size() << " positions, " << entries << " entries\n";
 
     std::map<int, int> positionsByMoves;
     int most = 0;
-    for (const auto& [key, moves] : movesOf) positionsByMoves[std::min(moves, 10)]++, most = std::max(most, moves);
+    for (const auto& [key, moves] : movesOf)
+        positionsByMoves[std::min(moves, 10)]++, most = std::max(most, moves);
     std::printf("moves per position: %.2f on average, %d at most\n",
                 double(entries) / double(movesOf.size()), most);
     for (const auto& [moves, positions] : positionsByMoves)
         std::cout << "  " << (moves == 10 ? "10 or more" : std::to_string(moves))
-                  << (moves == 1 ? " move: " : " moves: ")
-                  << positions << " positions\n";
+                  << (moves == 1 ? " move: " : " moves: ") << positions << " positions\n";
 
     std::vector<BookPosition> walk = walkBook(book.records.data(), book.records.size());
     std::map<int, int> byPly;

@@ -102,7 +102,8 @@ int label(const std::vector<std::string>& files, int depth, int jobs) {
             Board board;
             for (size_t i; (i = next++) < lines.size();) {
                 std::string fen = lines[i].substr(0, lines[i].find(';'));
-                std::vector<ScoredMove> best = search.search("position fen " + fen, depth, 1, false);
+                std::vector<ScoredMove> best =
+                    search.search("position fen " + fen, depth, 1, false);
                 int score = best.empty() ? 0 : std::clamp(best[0].score, -2000, 2000);
                 bool whiteMoves = fen.find(" w") != std::string::npos;
                 scores[i] = whiteMoves ? score : -score;
@@ -113,7 +114,8 @@ int label(const std::vector<std::string>& files, int depth, int jobs) {
     std::ofstream out(files[1]);
     for (size_t i = 0; i < lines.size(); i++) out << lines[i] << ';' << scores[i] << '\n';
     std::cerr << "\n";
-    std::cout << lines.size() << " positions labelled at depth " << depth << " in " << files[1] << "\n";
+    std::cout << lines.size() << " positions labelled at depth " << depth << " in " << files[1]
+              << "\n";
     return out ? 0 : 1;
 }
 
@@ -126,8 +128,8 @@ int fit(const std::vector<std::string>& files, int iterations, int prior, int re
         return 1;
     }
     double before = tuner.fitScale();
-    std::cout << tuner.size() << " positions, sigmoid scale " << tuner.scale << ", error "
-              << before << std::endl;
+    std::cout << tuner.size() << " positions, sigmoid scale " << tuner.scale << ", error " << before
+              << std::endl;
     if (resultPercent < 100) {
         tuner.blendTargets(resultPercent / 100.0);
         std::cout << "targets: " << resultPercent << "% result, the rest search score; error "

@@ -22,7 +22,9 @@ int parameter(int type, int whiteSideSquare) {
     return (type - PAWN) * SQUARE_CLASSES + squareClass(whiteSideSquare);
 }
 
-double sigmoid(double scale, double evaluation) { return 1.0 / (1.0 + std::exp(-scale * evaluation)); }
+double sigmoid(double scale, double evaluation) {
+    return 1.0 / (1.0 + std::exp(-scale * evaluation));
+}
 
 }  // namespace
 
@@ -55,7 +57,8 @@ std::string PsqtFit::load(const std::string& path) {
         size_t second = line.find(';', split + 1);
         char* end = nullptr;
         s.gameResult = s.whiteScore = std::strtof(line.c_str() + split + 1, &end);
-        s.searchScore = second == std::string::npos ? 0 : std::strtof(line.c_str() + second + 1, &end);
+        s.searchScore =
+            second == std::string::npos ? 0 : std::strtof(line.c_str() + second + 1, &end);
         if (end == line.c_str() + split + 1 || *end)
             return path + ":" + std::to_string(lineNumber) + ": not a FEN;result line";
         s.mgWeight = float(evaluator->lastPhase() / 64.0);
@@ -99,8 +102,8 @@ double PsqtFit::error(const double* params) const {
 
 void PsqtFit::blendTargets(double resultShare) {
     for (TuneSample& s : samples)
-        s.whiteScore = float(resultShare * s.gameResult +
-                             (1 - resultShare) * sigmoid(scale, s.searchScore));
+        s.whiteScore =
+            float(resultShare * s.gameResult + (1 - resultShare) * sigmoid(scale, s.searchScore));
 }
 
 // Golden-section search over the scale; the error is unimodal in it.
@@ -149,7 +152,8 @@ PieceSquareValues PsqtFit::fit(int iterations, double priorPositions, void (*rep
             }
         }
         for (int p = 0; p < PARAMS; p++)
-            params[p] -= DAMPING * (slope[p] + prior * (params[p] - start[p])) / (curvature[p] + prior);
+            params[p] -=
+                DAMPING * (slope[p] + prior * (params[p] - start[p])) / (curvature[p] + prior);
         for (int table = 0; table < 6; table++)
             for (int phase = 0; phase < 2; phase++) {
                 double drift = 0, weight = 0;

@@ -14,12 +14,12 @@ struct PieceSquareValues {
 
 // One labelled position, reduced to what the tables change in its evaluation.
 struct TuneSample {
-    float rest;        // White's evaluation less the table terms
-    float mgWeight;    // the share of a middle-game table value in the evaluation
-    float egWeight;    // the same for an end-game value, the end-game scale included
-    float whiteScore;  // what the evaluation should predict: the result for White, 0..1
-    float gameResult;  // the game's result for White
-    float searchScore; // White's score by a deeper search, in centipawns, when labelled
+    float rest;         // White's evaluation less the table terms
+    float mgWeight;     // the share of a middle-game table value in the evaluation
+    float egWeight;     // the same for an end-game value, the end-game scale included
+    float whiteScore;   // what the evaluation should predict: the result for White, 0..1
+    float gameResult;   // the game's result for White
+    float searchScore;  // White's score by a deeper search, in centipawns, when labelled
     uint32_t firstFeature;
     uint32_t featureCount;
 };

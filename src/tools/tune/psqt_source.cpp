@@ -17,7 +17,8 @@ std::string diagramBody(const PieceSquareValues& values, int type, int phase) {
         body += "   ";
         for (int file = 0; file < 8; file++) {
             char cell[16];
-            std::snprintf(cell, sizeof cell, " %3d,", values.value[type][makeSquare(file, rank)][phase]);
+            std::snprintf(cell, sizeof cell, " %3d,",
+                          values.value[type][makeSquare(file, rank)][phase]);
             body += cell;
         }
         body += "\n";
@@ -39,7 +40,8 @@ std::string writeDiagrams(const std::string& path, const PieceSquareValues& valu
                                (phase ? "_EG" : "_MG") + " = {\n";
             size_t at = source.find(head);
             size_t end = at == std::string::npos ? at : source.find("};", at);
-            if (end == std::string::npos) return path + ": no diagram " + head.substr(18, head.size() - 23);
+            if (end == std::string::npos)
+                return path + ": no diagram " + head.substr(18, head.size() - 23);
             at += head.size();
             source.replace(at, end - at, diagramBody(values, type, phase));
         }
