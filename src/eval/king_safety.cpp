@@ -1,9 +1,19 @@
 // The king: the attack on the enemy king, measured in attack units and read off the king-attack
 // curve, and the king's activity once the middle game is over.
 #include <algorithm>
+#include <cstdlib>
 
 #include "eval/evaluator.h"
 #include "eval/pawn_sets.h"
+
+namespace {
+
+// Bishop and knight against king: per step of the lone king toward the mating corners, and per
+// step the kings come closer.
+constexpr int KBNK_CORNER = 120;
+constexpr int KBNK_CLOSE = 40;
+
+}  // namespace
 
 // Attack units: the attackers and their weight, attacks next to the king and on weak squares of
 // its zone, safe checks and half the shelter's weakness; an attack without the queen hardly
@@ -60,6 +70,17 @@ void Evaluator::kingActivity() {
     eg[Us] += t.kingMobility[popcount(moves)].eg;
 
     eg[Us] += pawnEntry->kingPawnEg[Us];
+
+    // Bishop and knight mate only in a corner of the bishop's colour: drive the lone king
+    // toward those corners, away from the diagonal between the other two, and keep the own
+    // king close.
+    if (board.state().endgameId == KBNK && board.pieces(Us, BISHOP)) {
+        const int theirKing = board.kingSquare[Them];
+        const int file = fileOf(theirKing), rank = rankOf(theirKing);
+        const bool light = board.pieces(Us, BISHOP) & LIGHT_SQUARES;  // corners h1 and a8
+        int towardCorner = light ? std::abs(file - rank) : std::abs(7 - file - rank);
+        eg[Us] += KBNK_CORNER * towardCorner + KBNK_CLOSE * (7 - distance(ksq, theirKing));
+    }
 }
 
 template int Evaluator::kingAttack<White>();

@@ -25,6 +25,8 @@ const Pair PAIRS[] = {
      "r3k3/B4ppp/1p6/8/8/8/5PPP/4K3 w - - 0 1"},
     {"rook on the seventh", "6k1/pR3ppp/8/8/8/8/5PPP/6K1 b - - 0 1",
      "6k1/p4ppp/8/8/8/8/1R3PPP/6K1 b - - 0 1"},
+    {"lone king in the bishop's corner", "7k/8/5K2/8/8/8/8/2B1N3 w - - 0 1",
+     "k7/8/2K5/8/8/8/8/2B1N3 w - - 0 1"},
     {"enemy king under attack", "r1b2rk1/pppp1ppp/2n5/4q3/8/8/PPP2PPP/R1B1KBNR w - - 0 1",
      "r1b2rk1/pppp1ppp/2n5/4q3/8/8/PPP2PPP/R1B1K1NR w - - 0 1"},
 };
