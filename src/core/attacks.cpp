@@ -78,6 +78,8 @@ AttackTables::AttackTables() {
             const int dir[4] = {d, d, d, d};
             rays[d][sq] = slidingAttacks(sq, 0, dir);
         }
+        rookLines[sq] = slidingAttacks(sq, 0, ROOK_DIRS);
+        bishopLines[sq] = slidingAttacks(sq, 0, BISHOP_DIRS);
         neighbours[sq] = ((squareBB(sq) & ~FILE_A) >> 1) | ((squareBB(sq) & ~FILE_H) << 1);
     }
     for (int a = 0; a < 64; a++) {

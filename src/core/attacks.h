@@ -32,6 +32,8 @@ struct AttackTables {
     Bitboard lineBeyond[64][64];  // ray from the first square through the second to the edge
     Bitboard between[64][64];     // strictly between two squares on a common line
     Bitboard queenLines[64];      // every square on a rank, file or diagonal through the square
+    Bitboard rookLines[64];       // every square on the rank or file through the square
+    Bitboard bishopLines[64];     // every square on a diagonal through the square
     Bitboard fullLine[64][64];    // the whole line through two squares, edge to edge
 
     // Masks for the evaluation.

@@ -217,8 +217,8 @@ bool isLegal(const Board& b, int ksq, Move m) {
     if (!inCheck && !ep) {
         Bitboard beyond = at.lineBeyond[ksq][from];
         Bitboard queens = b.pieces(them, QUEEN);
-        Bitboard sliders = (at.rookAttacks(ksq, 0) & (b.pieces(them, ROOK) | queens)) |
-                           (at.bishopAttacks(ksq, 0) & (b.pieces(them, BISHOP) | queens));
+        Bitboard sliders = (at.rookLines[ksq] & (b.pieces(them, ROOK) | queens)) |
+                           (at.bishopLines[ksq] & (b.pieces(them, BISHOP) | queens));
         if (!(beyond & sliders)) return true;
     }
     int victim = ep ? (rankOf(to) == 5 ? to - 8 : to + 8) : to;

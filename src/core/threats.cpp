@@ -10,29 +10,43 @@ Bitboard attacksFrom(const Board& b, int piece, int sq, Bitboard occ) {
     return b.attacks.pieceAttacks(typeOf(piece), sq, occ);
 }
 
+// A slider of the given type on `from` sees `target` when both lie on a line it moves along
+// and nothing in `occ` stands between them. Cheaper than a magic lookup, whose tables are too
+// big to stay in the first-level cache.
+bool sliderSees(const AttackTables& at, int type, int from, int target, Bitboard occ) {
+    const Bitboard* lines = type == ROOK ? at.rookLines : type == BISHOP ? at.bishopLines : at.queenLines;
+    return (lines[target] & squareBB(from)) && !(at.between[from][target] & occ);
+}
+
 }  // namespace
 
 bool givesCheck(const Board& b, Move m) {
     const Color us = b.sideToMove;
     const int ksq = b.kingSquare[~us];
     if (ksq == NO_SQUARE) return false;
+    const AttackTables& at = b.attacks;
     const int from = moveFrom(m), to = moveTo(m);
     const int placed = moveIsPromotion(m) ? promotionPiece(m) : movePiece(m);
     Bitboard occ = b.occupiedBB & ~squareBB(from);
     if (moveIsEnPassant(m)) occ &= ~squareBB(rankOf(to) == 5 ? to - 8 : to + 8);
     occ |= squareBB(to);
-    if (attacksFrom(b, placed, to, occ) & squareBB(ksq)) return true;
-    if (moveIsCastling(m)) {
-        int rookTo = to > from ? from + 1 : from - 1;
-        return b.attacks.rookAttacks(rookTo, occ) & squareBB(ksq);
+    const int type = typeOf(placed);
+    if (type == BISHOP || type == ROOK || type == QUEEN) {
+        if (sliderSees(at, type, to, ksq, occ)) return true;
+    } else if (attacksFrom(b, placed, to, occ) & squareBB(ksq)) {
+        return true;
     }
+    if (moveIsCastling(m)) return sliderSees(at, ROOK, to > from ? from + 1 : from - 1, ksq, occ);
     // Discovered checks by sliders that the move uncovers: only possible when the piece leaves
     // a line through the king (or an en-passant capture empties one).
-    if (!moveIsEnPassant(m) && !(b.attacks.queenLines[ksq] & squareBB(from))) return false;
+    if (!moveIsEnPassant(m) && !(at.queenLines[ksq] & squareBB(from))) return false;
     Bitboard queens = b.pieces(us, QUEEN);
     Bitboard rooks = (b.pieces(us, ROOK) | queens) & ~squareBB(from);
     Bitboard bishops = (b.pieces(us, BISHOP) | queens) & ~squareBB(from);
-    return (b.attacks.rookAttacks(ksq, occ) & rooks) || (b.attacks.bishopAttacks(ksq, occ) & bishops);
+    // Sliders on a line through the king that the new occupancy leaves open.
+    for (Bitboard s = (rooks & at.rookLines[ksq]) | (bishops & at.bishopLines[ksq]); s;)
+        if (!(at.between[popLsb(s)][ksq] & occ)) return true;
+    return false;
 }
 
 bool createsThreat(const Board& b, Move m) {

@@ -13,8 +13,8 @@ bool isActiveMove(const Board& b, Move m) {
     bool attackedByMinor = seeValue(piece) >= seeValue(W_KNIGHT) &&
                            ((at.knightAttacks[from] & b.pieces(~us, KNIGHT)) ||
                             (at.bishopAttacks(from, b.occupiedBB) & b.pieces(~us, BISHOP)));
-    if ((attackedByPawn || attackedByMinor) && see(b, m) >= 0) return true;
-    return createsThreat(b, m) && see(b, m) >= 0;
+    if (!attackedByPawn && !attackedByMinor && !createsThreat(b, m)) return false;
+    return see(b, m) >= 0;
 }
 
 bool answersThreat(const Board& b, Move m, Move threat) {
