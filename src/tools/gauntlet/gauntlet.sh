@@ -10,13 +10,16 @@
 # kept in one PGN file per opponent. A rerun counts the games already there and goes on from the
 # next opening, so an interrupted gauntlet loses at most the games that were being played, and
 # every opponent has about as many games as the others at any moment.
+#
+# LEVELS (default "1950 2100 2250") picks the Stockfish UCI_Elo levels; choose ones that
+# bracket Morvane at the time control played.
 set -euo pipefail
 cd "$(dirname "$0")/../../.."
 games="${1:-400}"
 tc="${2:-2+0.02}"
 out="${3:-reports/strength}"
 round="${ROUND:-40}"
-levels=(1950 2100 2250)
+read -r -a levels <<< "${LEVELS:-1950 2100 2250}"
 
 need=()
 for pkg in glaurung toga2 ethereal-chess stockfish gnuplot-nox; do
