@@ -98,14 +98,11 @@ bool Board::isAttacked(int sq, Color by) const {
 Bitboard Board::attackersTo(int sq, Bitboard occ) const {
     Bitboard rooks = pieceBB[W_ROOK] | pieceBB[B_ROOK] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
     Bitboard bishops = pieceBB[W_BISHOP] | pieceBB[B_BISHOP] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
-    Bitboard attackers = (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
-                         (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
-                         (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
-                         (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING]));
-    // The magic lookups miss the cache often; skip them when no slider stands on a line.
-    if (attacks.rookLines[sq] & rooks) attackers |= attacks.rookAttacks(sq, occ) & rooks;
-    if (attacks.bishopLines[sq] & bishops) attackers |= attacks.bishopAttacks(sq, occ) & bishops;
-    return attackers;
+    return (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
+           (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
+           (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
+           (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING])) |
+           (attacks.rookAttacks(sq, occ) & rooks) | (attacks.bishopAttacks(sq, occ) & bishops);
 }
 
 bool Board::computeInCheck() const {

@@ -51,7 +51,5 @@ constexpr uint32_t occupiedFiles(Bitboard b) {
 }
 
 constexpr Bitboard CENTRE_SQUARES = (FILE_A << 3 | FILE_A << 4) & (RANK_1 << 24 | RANK_1 << 32);
-// a1-h8 and h1-a8: the only diagonals that pass through two centre squares.
-constexpr Bitboard LONG_DIAGONALS = 0x8040201008040201ULL | 0x0102040810204080ULL;
 constexpr Bitboard QUEEN_SIDE_FILES = FILE_A | FILE_A << 1 | FILE_A << 2 | FILE_A << 3;
 constexpr Bitboard KING_SIDE_FILES = QUEEN_SIDE_FILES << 4;

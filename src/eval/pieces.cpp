@@ -80,8 +80,7 @@ void Evaluator::pieces() {
         minorPiece(sq, t.bishopOutpost);
         Bitboard sameColour = (LIGHT_SQUARES & squareBB(sq)) ? LIGHT_SQUARES : ~LIGHT_SQUARES;
         score -= t.bishopPawns * popcount(ourPawns & sameColour);
-        if ((LONG_DIAGONALS & squareBB(sq)) &&
-            moreThanOne(at.bishopAttacks(sq, allPawns) & CENTRE_SQUARES))
+        if (moreThanOne(at.bishopAttacks(sq, allPawns) & CENTRE_SQUARES))
             score += t.longDiagonalBishop;
     }
 
@@ -93,9 +92,7 @@ void Evaluator::pieces() {
         if (!(ourPawns & file)) score += (theirPawns & file) ? t.rookHalfOpenFile : t.rookOpenFile;
         if (queens & file) score += t.rookOnQueenFile;
         if (relativeRank(Us, sq) == 6 && seventhMatters) score += t.rookOnSeventh;
-        if ((at.rookLines[sq] & board.pieces(Us, ROOK)) &&
-            (at.rookAttacks(sq, occupied) & board.pieces(Us, ROOK)))
-            score += t.connectedRooks;
+        if (at.rookAttacks(sq, occupied) & board.pieces(Us, ROOK)) score += t.connectedRooks;
     }
 
     for (Bitboard b = board.pieces(Us, QUEEN); b;) {
