@@ -14,7 +14,8 @@ Bitboard attacksFrom(const Board& b, int piece, int sq, Bitboard occ) {
 // and nothing in `occ` stands between them. Cheaper than a magic lookup, whose tables are too
 // big to stay in the first-level cache.
 bool sliderSees(const AttackTables& at, int type, int from, int target, Bitboard occ) {
-    const Bitboard* lines = type == ROOK ? at.rookLines : type == BISHOP ? at.bishopLines : at.queenLines;
+    const Bitboard* lines =
+        type == ROOK ? at.rookLines : type == BISHOP ? at.bishopLines : at.queenLines;
     return (lines[target] & squareBB(from)) && !(at.between[from][target] & occ);
 }
 
