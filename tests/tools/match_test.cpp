@@ -1,5 +1,6 @@
-// The match runner: game ends by the rules and by scores, Elo and SPRT, PGN, the command line,
-// the schedule, and whole games against a scripted fake engine that can misbehave.
+// The match runner: game ends by the rules and by scores, Elo and SPRT from opening pairs, the
+// scoreboard's pairing of games, PGN, the command line, and whole games against a scripted fake
+// engine that can misbehave.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@
 #include "tools/match/rules.h"
 #include "tools/match/schedule.h"
 #include "tools/match/score_adjudication.h"
+#include "tools/match/scoreboard.h"
 #include "tools/match/stats.h"
 
 using namespace match;
@@ -120,35 +122,79 @@ TEST(MatchRules, AdjudicatesByTheEnginesScores) {
     }
 }
 
-// Worked by hand: s = (W + D/2)/N, var = (W(1-s)^2 + D(1/2-s)^2 + L s^2)/N, Elo = -400
-// log10(1/s - 1), the bar half the Elo distance between s -/+ 1.96 sqrt(var/N), and
-// LLR = N (s1 - s0)(2s - s0 - s1) / (2 var) for elo0 = 0, elo1 = 5 (s1 = 0.507195), bounds
-// -/+2.944 at alpha = beta = 0.05. 60-0-40: Elo 70.44, var 0.24, s -/+ 0.0960: Elo(0.6960) =
-// 143.9, Elo(0.5040) = 2.77; LOS (1 + erf(20/sqrt(200)))/2; LLR 100 (.007195)(.192805)/.48.
-TEST(MatchStats, EloErrorBarAndSprt) {
+// Each row: opening pairs scored LL, LD, DD or WL, WD, WW. Worked by hand for the first: the
+// pair scores a game are 0, 1/4, 1/2, 3/4, 1, so s = (2/4 + 4/2 + 3 3/4 + 1)/10 = 0.575 and
+// var = (2 (0.325)^2 + 4 (0.075)^2 + 3 (0.175)^2 + (0.425)^2)/10 = 0.050625 over 10 pairs; Elo
+// = -400 log10(1/s - 1) = 52.51; s -/+ 1.96 sqrt(var/10) = 0.4355, 0.7145 at Elo -45.04, 159.32,
+// a bar of 102.18; LOS = Phi(0.075 / 0.07115) = 0.8541; for elo0 = 0, elo1 = 5 (s1 = 0.507195)
+// LLR = 10 (0.007195)(2s - 1.007195) / (2 var) = 0.1015, bounds -/+2.944 at alpha = beta = 0.05.
+TEST(MatchStats, EloErrorBarAndSprtFromOpeningPairs) {
     const double INF = std::numeric_limits<double>::infinity();
     const struct {
-        Tally tally;
+        std::array<int, 5> pairs;
         double elo, margin, los, llr;
         SprtDecision decision;
-    } cases[] = {{{60, 0, 40}, 70.44, 70.57, 0.9772, 0.2890, SprtDecision::Continue},
-                 {{700, 0, 300}, 147.19, 23.55, 1.0, 6.7292, SprtDecision::AcceptH1},
-                 {{400, 0, 600}, -70.44, 22.01, 0.0, -3.1058, SprtDecision::AcceptH0},
-                 {{0, 10, 0}, 0.0, 0.0, 0.5, 0.0, SprtDecision::Continue},  // no spread yet
-                 {{5, 0, 0}, INF, INF, 0.9873, 0.0, SprtDecision::Continue}};
+    } cases[] = {
+        {{0, 2, 4, 3, 1}, 52.51, 102.18, 0.8541, 0.1015, SprtDecision::Continue},
+        {{0, 5, 20, 50, 25}, 179.45, 35.59, 1.0, 4.1586, SprtDecision::AcceptH1},
+        {{25, 50, 20, 5, 0}, -179.45, 35.59, 0.0, -4.2866, SprtDecision::AcceptH0},
+        // Each side wins with White every time: 20 games of +10 -10 but no spread between pairs.
+        {{0, 0, 10, 0, 0}, 0.0, 0.0, 0.5, 0.0, SprtDecision::Continue},
+        {{0, 0, 0, 0, 0}, 0.0, 0.0, 0.5, 0.0, SprtDecision::Continue},
+        {{0, 0, 0, 0, 4}, INF, INF, 1.0, 0.0, SprtDecision::Continue},
+        // s = 0.9375, var = 0.01172: the interval passes a score of 1.
+        {{0, 0, 0, 1, 3}, 470.44, INF, 1.0, 1.0656, SprtDecision::Continue},
+    };
     for (const auto& c : cases) {
-        SCOPED_TRACE(std::to_string(c.tally.wins) + "-" + std::to_string(c.tally.draws));
-        EloEstimate e = estimateElo(c.tally);
+        Pentanomial pairs{c.pairs};
+        SCOPED_TRACE(testing::PrintToString(c.pairs));
+        EloEstimate e = estimateElo(pairs);
         auto close = [](double a, double b) { return a == b || std::abs(a - b) < 0.01; };
         EXPECT_TRUE(close(e.elo, c.elo) && close(e.margin, c.margin)) << e.elo << " " << e.margin;
         EXPECT_NEAR(e.los, c.los, 0.0001);
-        SprtState state = sprt(c.tally, {0, 5, 0.05, 0.05});
+        SprtState state = sprt(pairs, {0, 5, 0.05, 0.05});
         EXPECT_NEAR(state.llr, c.llr, 0.0001);
         EXPECT_EQ(state.decision, c.decision);
         EXPECT_NEAR(state.upper, 2.9444, 0.0001);
     }
     EXPECT_NEAR(scoreFromElo(eloFromScore(0.3)), 0.3, 1e-12);
     EXPECT_NEAR(sprt({}, {0, 5, 0.05, 0.10}).lower, std::log(0.10 / 0.95), 1e-12);
+}
+
+// A round robin of X, Y and Z, three games a pair: each opening twice with colours reversed,
+// the third opening once. The games finish out of order, as with several at once; each row is
+// a game by round, its result (None: abandoned), and the opening pairs of its engine pair after
+// it. A game counts in a pair only once its partner of the same engine pair has finished.
+TEST(MatchScoreboard, CountsAnOpeningPairOnlyWhenBothGamesAreDone) {
+    const std::vector<Pairing> pairs = pairings(3, false);
+    const std::vector<ScheduledGame> games = schedule(pairs, 3, {}, 0);
+    ASSERT_EQ(games.size(), 9u);
+    Scoreboard board({"X", "Y", "Z"}, pairs);
+    // clang-format off
+    const std::tuple<int, Result, std::array<int, 5>> cases[] = {
+        {1, Result::WhiteWins, {0, 0, 0, 0, 0}},  // X-Y, opening 0: its partner is round 2
+        {3, Result::WhiteWins, {0, 0, 0, 0, 0}},  // X-Z, opening 0: not round 1's partner
+        {7, Result::Draw,      {0, 0, 0, 0, 0}},  // X-Y, opening 1, played once
+        {2, Result::None,      {0, 0, 0, 0, 0}},  // abandoned: the pair stays open
+        {2, Result::WhiteWins, {0, 0, 1, 0, 0}},  // Y wins as White too: WL
+        {6, Result::WhiteWins, {0, 0, 0, 0, 0}},  // Z-Y, opening 0
+        {5, Result::BlackWins, {1, 0, 0, 0, 0}},  // Z wins both: LL for Y
+        {4, Result::Draw,      {0, 0, 0, 1, 0}},  // X won round 3: WD
+    };
+    // clang-format on
+    for (const auto& [round, result, expected] : cases) {
+        const ScheduledGame& game = games[round - 1];
+        ASSERT_EQ(game.round, round);
+        board.add(game, {result, Termination::Normal, ""});
+        EXPECT_EQ(board.openingPairs(game.pair).counts, expected) << "round " << round;
+    }
+    // The score counts every game; Elo and LOS only the complete pairs.
+    EXPECT_EQ(board.pairLine(0),
+              "X vs Y: 3 games, +1 -1 =1, pairs [0, 0, 1, 0, 0], score 50.0%, Elo +0.0 +/- 0.0, "
+              "LOS 50.0%");
+    EXPECT_EQ(board.pairLine(1),
+              "X vs Z: 2 games, +1 -0 =1, pairs [0, 0, 0, 1, 0], score 75.0%, Elo +190.8 +/- "
+              "0.0, LOS 100.0%");
 }
 
 TEST(MatchPgn, WritesTagsMovesAndTheReason) {
@@ -258,20 +304,30 @@ TEST(MatchGame, PlaysGamesAndScoresEveryFault) {
 TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
     const std::string good = "name=Good cmd='" + FAKE + " play " + KNIGHT_SHUFFLE + "'";
     const std::string morvane = MORVANE_BINARY;
-    // A wins as White (Scholar's mate) and draws as Black (knight shuffle): after games
-    // +1, +1=1, +2=1, +2=2, +3=2 the LLR for elo1 = 200 is 0, 1.00, 2.85, 2.00, 3.68, so the
-    // SPRT accepts H1 after the fifth game and the remaining fifteen are never played.
+    // Two openings in turn. From the start A wins as White (Scholar's mate) and draws as Black
+    // (knight shuffle), a WD pair; after 1. e4 Black moves first and the scripts' first moves
+    // are White's, so whoever has Black loses by an illegal move, a WL pair. After 1 to 7 pairs
+    // the LLR for elo1 = 50 is 0, 0.82, 2.02, 1.63, 2.72, 2.45, 3.50 (3 WL and 4 WD: s = 9/14,
+    // var = 0.015306, LLR = 7 (0.071463)(2s - 1.071463) / (2 var)), so the SPRT accepts H1
+    // after the 14th game and the six left are never played. After the 13th it has won the
+    // 7th opening's first game, which counts in W/D/L but not yet in the pairs.
     const std::string a = FAKE + " play e2e4 g8f6 f1c4 f6g8 d1h5 g8f6 h5f7 f6g8";
     const std::string b = FAKE + " play g1f3 e7e5 f3g1 b8c6 g1f3 g8f6 f3g1";
+    const std::string openings =
+        testing::TempDir() + "match_openings_" + std::to_string(getpid()) + ".epd";
+    std::ofstream(openings) << "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\n"
+                               "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -\n";
     // clang-format off
     const std::tuple<std::string, int, std::vector<std::string>> cases[] = {
         // Crashy loses both games by disconnecting: the PGN (written to standard output) says so
         // and the summary counts the crashes.
         {"--engine " + good + " --engine name=Crashy cmd='" + FAKE + " crash' --games 2 --depth 1 --pgn /dev/stdout", 0,
          {"[White \"Good\"]\n[Black \"Crashy\"]\n[Result \"1-0\"]", "[White \"Crashy\"]\n[Black \"Good\"]\n[Result \"0-1\"]",
-          "{White disconnects} 0-1", "[TimeControl \"-\"]", "Good vs Crashy: 2 games, +2 -0 =0, score 100.0%", "  Crashy: 0 2 0 0\n"}},
-        {"--engine name=A cmd='" + a + "' --engine name=B cmd='" + b + "' --games 20 --depth 1 --sprt elo0=0 elo1=200 alpha=0.05 beta=0.05",
-         0, {"SPRT decided after 5 games", "A vs B: 5 games, +3 -0 =2", "LLR 3.68 [-2.94, 2.94], H1 accepted"}},
+          "{White disconnects} 0-1", "[TimeControl \"-\"]", "Good vs Crashy: 2 games, +2 -0 =0, pairs [0, 0, 0, 0, 1], score 100.0%", "  Crashy: 0 2 0 0\n"}},
+        {"--engine name=A cmd='" + a + "' --engine name=B cmd='" + b + "' --games 20 --depth 1 --openings " + openings +
+         " --sprt elo0=0 elo1=50 alpha=0.05 beta=0.05", 0,
+         {"A vs B: 13 games, +7 -3 =3, pairs [0, 0, 3, 3, 0], score", "SPRT decided after 14 games",
+          "A vs B: 14 games, +7 -3 =4, pairs [0, 0, 3, 4, 0]", "(logistic Elo, pentanomial): LLR 3.50 [-2.94, 2.94], H1 accepted"}},
         // Morvane against itself, the way a tournament manager drives it: no fault on either side.
         {"--engine name=A cmd=" + morvane + " --engine name=B cmd=" + morvane +
          " --games 2 --depth 5 --resign movecount=2 score=500 --draw movenumber=30 movecount=4 score=20", 0, {"  A: 0 0 0 0\n  B: 0 0 0 0\n"}},
@@ -290,4 +346,5 @@ TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
         for (const std::string& part : parts)
             EXPECT_NE(output.find(part), std::string::npos) << part << " in\n" << output;
     }
+    std::filesystem::remove(openings);
 }

@@ -3,8 +3,12 @@
 report (Markdown on standard output) and a gnuplot script beside them that draws Morvane's
 estimated rating.
 
-The Elo difference and its 95% error bar are computed as morvane-match computes them: the
-logistic Elo of the mean score, with the bar taken from the spread of the game results.
+The Elo difference and its 95% error bar are computed as morvane-match computes them, from
+opening pairs: the two games of an opening (the same FEN, colours reversed) are one sample
+scoring 0, 1/2, 1, 3/2 or 2 points, since an unbalanced opening ties their results together.
+The Elo is the logistic Elo of the mean score of the complete pairs, the bar comes from the
+spread of the pairs' scores; a game whose partner is missing (a run stopped midway) counts in
+W/D/L only.
 Morvane's rating is estimated from the rated opponents (Stockfish at fixed UCI_Elo levels): each
 gives the opponent's rating plus the measured Elo difference, and the estimates are combined
 weighted by the inverse square of their error bars."""
@@ -42,27 +46,40 @@ def elo(score):
 
 
 def tally(games):
-    """Morvane's wins, losses and draws, and the faults of each side."""
+    """Morvane's wins, losses and draws, the faults of each side, and the opening pairs by
+    Morvane's half points in them (LL, LD, DD or WL, WD, WW)."""
     wins = losses = draws = 0
     faults = {"Morvane": 0, "opponent": 0}
+    pairs = [0] * 5
+    waiting = {}  # (FEN, Morvane has White) -> half points of the games still without a partner
     for g in games:
         points = {"1-0": 1.0, "0-1": 0.0, "1/2-1/2": 0.5}.get(g["Result"])
         if points is None:
             continue
-        if g["Black"] == "Morvane":
+        white = g["Black"] != "Morvane"
+        if not white:
             points = 1 - points
         wins += points == 1
         losses += points == 0
         draws += points == 0.5
         if g.get("Termination") in FAULTS:
             faults["Morvane" if points == 0 else "opponent"] += 1
-    return wins, losses, draws, faults
+        fen = g.get("FEN", "")
+        partners = waiting.get((fen, not white))
+        if partners:
+            pairs[partners.pop(0) + int(2 * points)] += 1
+        else:
+            waiting.setdefault((fen, white), []).append(int(2 * points))
+    return wins, losses, draws, faults, pairs
 
 
-def estimate(wins, losses, draws):
-    n = wins + losses + draws
-    s = (wins + draws / 2) / n
-    variance = (wins * (1 - s) ** 2 + draws * (0.5 - s) ** 2 + losses * s**2) / n
+def estimate(pairs):
+    """The mean score, its Elo and the half width of the 95% interval in Elo."""
+    n = sum(pairs)
+    if not n:
+        return 0.5, 0.0, math.inf
+    s = sum(count * k / 4 for k, count in enumerate(pairs)) / n
+    variance = sum(count * (k / 4 - s) ** 2 for k, count in enumerate(pairs)) / n
     deviation = math.sqrt(variance / n)
     low, high = s - Z95 * deviation, s + Z95 * deviation
     margin = (elo(high) - elo(low)) / 2 if 0 < low and high < 1 else math.inf
@@ -95,14 +112,15 @@ def main():
     estimates, rows, measured, total = [], [], [], 0
     for path in sorted(glob.glob(os.path.join(folder, "*.pgn"))):
         name = os.path.splitext(os.path.basename(path))[0]
-        wins, losses, draws, faults = tally(games_of(path))
+        wins, losses, draws, faults, pairs = tally(games_of(path))
         n = wins + losses + draws
         if not n:
             continue
         total += n
-        s, diff, margin = estimate(wins, losses, draws)
-        rows.append(f"| {name} | {n} | {wins} | {losses} | {draws} | {100 * s:.1f}% | "
-                    f"{diff:+.0f} ± {margin:.0f} | {faults['Morvane']} | {faults['opponent']} |")
+        _, diff, margin = estimate(pairs)
+        rows.append(f"| {name} | {n} | {wins} | {losses} | {draws} | {' '.join(map(str, pairs))} | "
+                    f"{100 * (wins + draws / 2) / n:.1f}% | {diff:+.0f} ± {margin:.0f} | "
+                    f"{faults['Morvane']} | {faults['opponent']} |")
         measured.append((name, diff, margin))
         level = re.match(r"Stockfish-(\d+)$", name)
         if level and math.isfinite(diff) and math.isfinite(margin) and margin > 0:
@@ -115,10 +133,12 @@ def main():
     print("two games at a time on a 2-core machine (`src/tools/gauntlet/gauntlet.sh`). Games are")
     print("adjudicated as lost after three moves at 6 pawns or worse by both engines' scores, as")
     print("drawn from move 40 after eight moves within 0.1 pawn of zero.\n")
-    print("| Opponent | Games | +W | -L | =D | Score | Elo difference (95%) | Faults of Morvane | Faults of the opponent |")
-    print("|---|---|---|---|---|---|---|---|---|")
+    print("| Opponent | Games | +W | -L | =D | Pairs | Score | Elo difference (95%) | Faults of Morvane | Faults of the opponent |")
+    print("|---|---|---|---|---|---|---|---|---|---|")
     print("\n".join(rows))
-    print("\nFaults are illegal moves, crashes, stalls and time forfeits, each scored as a loss.")
+    print("\nPairs counts the openings whose two games gave Morvane 0, ½, 1, 1½ and 2 points; the Elo")
+    print("difference and its error bar come from them, since the two games of an opening are not")
+    print("independent. Faults are illegal moves, crashes, stalls and time forfeits, each scored as a loss.")
     rating = error = None
     if estimates:
         weight = sum(1 / s**2 for _, s in estimates)

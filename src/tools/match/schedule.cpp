@@ -20,8 +20,9 @@ std::vector<ScheduledGame> schedule(const std::vector<Pairing>& pairs, int games
         for (int pair = 0; pair < int(pairs.size()); pair++) {
             auto [first, second] = pairs[pair];
             std::string fen = openingCount ? openings[(start + opening) % openingCount] : "";
-            games.push_back({round++, pair, first, second, fen});
-            if (game + 1 < gamesPerPair) games.push_back({round++, pair, second, first, fen});
+            games.push_back({round++, pair, opening, first, second, fen});
+            if (game + 1 < gamesPerPair)
+                games.push_back({round++, pair, opening, second, first, fen});
         }
     }
     return games;

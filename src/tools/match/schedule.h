@@ -12,6 +12,7 @@ namespace match {
 struct ScheduledGame {
     int round;         // 1, 2, ... in playing order
     int pair;          // index into the pairings
+    int opening;       // 0, 1, ... within the pairing; its two games share it, colours reversed
     int white, black;  // engine indices
     std::string fen;   // empty for the standard starting position
 };
@@ -21,7 +22,8 @@ using Pairing = std::pair<int, int>;
 std::vector<Pairing> pairings(int engineCount, bool gauntlet);
 
 // Every pair plays gamesPerPair games; the pairs take turns, two games (one opening) at a time,
-// so that a match stopped early has played them evenly. Openings wrap around at the end.
+// so that a match stopped early has played them evenly. Openings wrap around at the end. With
+// an odd gamesPerPair the last opening of each pair is played once, with the first engine White.
 std::vector<ScheduledGame> schedule(const std::vector<Pairing>& pairs, int gamesPerPair,
                                     const std::vector<std::string>& openings, int start);
 

@@ -32,19 +32,28 @@ const char* decisionText(SprtDecision decision) {
 Scoreboard::Scoreboard(std::vector<std::string> names, std::vector<Pairing> pairs)
     : names(std::move(names)), pairs(std::move(pairs)) {
     tallies.resize(this->pairs.size());
+    pentanomials.resize(this->pairs.size());
+    unpaired.resize(this->pairs.size());
     faultCounts.resize(this->names.size());
 }
 
 void Scoreboard::add(const ScheduledGame& game, const Verdict& verdict) {
     if (verdict.result == Result::None) return;
     bool firstIsWhite = game.white == pairs[game.pair].first;
+    int halfPoints = verdict.result == Result::Draw                          ? 1
+                     : (verdict.result == Result::WhiteWins) == firstIsWhite ? 2
+                                                                             : 0;
     Tally& tally = tallies[game.pair];
-    if (verdict.result == Result::Draw)
-        tally.draws++;
-    else if ((verdict.result == Result::WhiteWins) == firstIsWhite)
-        tally.wins++;
-    else
-        tally.losses++;
+    (halfPoints == 2 ? tally.wins : halfPoints == 1 ? tally.draws : tally.losses)++;
+
+    std::map<int, int>& waiting = unpaired[game.pair];
+    auto partner = waiting.find(game.opening);
+    if (partner == waiting.end()) {
+        waiting[game.opening] = halfPoints;
+    } else {
+        pentanomials[game.pair].counts[partner->second + halfPoints]++;
+        waiting.erase(partner);
+    }
 
     if (verdict.result == Result::Draw) return;
     FaultCounts& loser = faultCounts[verdict.result == Result::WhiteWins ? game.black : game.white];
@@ -68,16 +77,21 @@ void Scoreboard::add(const ScheduledGame& game, const Verdict& verdict) {
 
 std::string Scoreboard::pairLine(int pair) const {
     const Tally& t = tallies[pair];
-    EloEstimate e = estimateElo(t);
+    std::string counts;
+    for (int count : pentanomials[pair].counts)
+        counts += (counts.empty() ? "" : ", ") + std::to_string(count);
+    EloEstimate e = estimateElo(pentanomials[pair]);
     return names[pairs[pair].first] + " vs " + names[pairs[pair].second] + ": " +
            std::to_string(t.games()) + " games, +" + std::to_string(t.wins) + " -" +
-           std::to_string(t.losses) + " =" + std::to_string(t.draws) + ", score " +
-           format("%.1f%%", 100 * t.score()) + ", Elo " + format("%+.1f", e.elo) + " +/- " +
-           format("%.1f", e.margin) + ", LOS " + format("%.1f%%", 100 * e.los);
+           std::to_string(t.losses) + " =" + std::to_string(t.draws) + ", pairs [" + counts +
+           "], score " + format("%.1f%%", 100 * t.score()) + ", Elo " + format("%+.1f", e.elo) +
+           " +/- " + format("%.1f", e.margin) + ", LOS " + format("%.1f%%", 100 * e.los);
 }
 
 std::string Scoreboard::summary(const std::optional<SprtSettings>& sprtSettings) const {
-    std::string text = "Results (Elo of the first engine, 95% error bar)\n";
+    std::string text =
+        "Results (Elo of the first engine, 95% error bar; pairs: opening pairs scored LL, LD, "
+        "DD or WL, WD, WW)\n";
     for (size_t pair = 0; pair < pairs.size(); pair++) text += "  " + pairLine(int(pair)) + "\n";
     text += "Faults (illegal moves, crashes, stalls, time forfeits)\n";
     for (size_t engine = 0; engine < names.size(); engine++) {
@@ -87,11 +101,11 @@ std::string Scoreboard::summary(const std::optional<SprtSettings>& sprtSettings)
                 std::to_string(f.timeForfeits) + "\n";
     }
     if (sprtSettings) {
-        SprtState state = sprt(tallies[0], *sprtSettings);
+        SprtState state = sprt(pentanomials[0], *sprtSettings);
         text += "SPRT elo0=" + format("%g", sprtSettings->elo0) +
                 " elo1=" + format("%g", sprtSettings->elo1) +
                 " alpha=" + format("%g", sprtSettings->alpha) +
-                " beta=" + format("%g", sprtSettings->beta) + " (logistic Elo, trinomial): LLR " +
+                " beta=" + format("%g", sprtSettings->beta) + " (logistic Elo, pentanomial): LLR " +
                 format("%.2f", state.llr) + " [" + format("%.2f", state.lower) + ", " +
                 format("%.2f", state.upper) + "], " + decisionText(state.decision) + "\n";
     }

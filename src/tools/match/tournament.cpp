@@ -64,7 +64,7 @@ void Tournament::record(const ScheduledGame& scheduled, GameRecord& game, std::a
         << game.verdict.reason << "}\n";
     if (pairs.size() == 1) log << "  " << board.pairLine(0) << "\n";
     if (options.sprt &&
-        sprt(board.pairTally(0), *options.sprt).decision != SprtDecision::Continue) {
+        sprt(board.openingPairs(0), *options.sprt).decision != SprtDecision::Continue) {
         log << "SPRT decided after " << finished << " games\n";
         stop = true;
     }
