@@ -64,10 +64,16 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
     const AttackTables& at = board.attacks;
     const Bitboard ourPawns = board.pieces(Us, PAWN), theirPawns = board.pieces(Them, PAWN);
 
+    // The piece-square values of the pawns and the king depend on nothing else either.
     Score score;
+    for (Bitboard b = board.pieces(Us, KING); b;) {
+        int sq = popLsb(b);
+        score += t.psq[makePiece(Us, KING)][sq];
+    }
     Bitboard passed = 0;
     for (Bitboard b = ourPawns; b;) {
         int sq = popLsb(b);
+        score += t.psq[makePiece(Us, PAWN)][sq];
         int file = fileOf(sq) + 1, r = relativeRank(Us, sq);
         Bitboard opposed = theirPawns & at.forwardFile[Us][sq];
         Bitboard neighbours = ourPawns & at.adjacentFiles[sq];

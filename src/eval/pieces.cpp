@@ -20,18 +20,19 @@ void Evaluator::pieces() {
     const Bitboard ourPawns = board.pieces(Us, PAWN), theirPawns = board.pieces(Them, PAWN);
     const Bitboard allPawns = ourPawns | theirPawns;
     const Bitboard queens = board.pieces(White, QUEEN) | board.pieces(Black, QUEEN);
+    const Bitboard ourRooks = board.pieces(Us, ROOK), ourQueens = board.pieces(Us, QUEEN);
     const int ksq = board.kingSquare[Us], theirKsq = board.kingSquare[Them];
 
     // Pawns that cannot move or that still stand at home take no part in the mobility count,
     // nor do the own king and queen, nor squares enemy pawns attack.
     Bitboard blocked = ourPawns & shiftUp<Them>(occupied);
     Bitboard lowPawns = ourPawns & (relativeRankBB<Us>(1) | relativeRankBB<Us>(2));
-    mobilityArea[Us] = ~(blocked | lowPawns | board.pieces(Us, KING) | board.pieces(Us, QUEEN) |
-                         attackedBy[Them][PAWN]);
-    pinned[Us] = board.pinnedPieces(Us);
-    kingAttackersCount[Us] = popcount(attackedBy[Us][PAWN] & kingZone[Them]);
-    kingAttackersWeight[Us] = 0;
-    kingAdjacentAttacks[Us] = 0;
+    const Bitboard mobility =
+        ~(blocked | lowPawns | board.pieces(Us, KING) | ourQueens | attackedBy[Them][PAWN]);
+    const Bitboard pinnedHere = board.pinnedPieces(Us);
+    const Bitboard theirZone = kingZone[Them], besideTheirKing = attackedBy[Them][KING];
+    mobilityArea[Us] = mobility;
+    pinned[Us] = pinnedHere;
 
     const Bitboard outposts =
         (relativeRankBB<Us>(3) | relativeRankBB<Us>(4) | relativeRankBB<Us>(5)) &
@@ -39,23 +40,23 @@ void Evaluator::pieces() {
     const bool seventhMatters =
         relativeRank(Us, theirKsq) == 7 || (theirPawns & relativeRankBB<Us>(6));
 
+    // The attack maps are gathered in locals and stored once at the end.
+    Bitboard all = attackedBy[Us][0], twice = attackedBy2[Us];
+    Bitboard byType[7] = {};
+    int attackers = popcount(attackedBy[Us][PAWN] & theirZone), attackWeight = 0, adjacent = 0;
     Score score;
-    for (Bitboard b = board.colorBB[Us]; b;) {
-        int sq = popLsb(b);
-        score += t.psq[board.squares[sq]][sq];
-    }
 
     auto record = [&](int type, int sq, Bitboard attacks) {
-        if (pinned[Us] & squareBB(sq)) attacks &= at.fullLine[ksq][sq];
-        attackedBy2[Us] |= attackedBy[Us][0] & attacks;
-        attackedBy[Us][type] |= attacks;
-        attackedBy[Us][0] |= attacks;
-        if (attacks & kingZone[Them]) {
-            kingAttackersCount[Us]++;
-            kingAttackersWeight[Us] += KING_ATTACK_WEIGHT[type];
-            kingAdjacentAttacks[Us] += popcount(attacks & attackedBy[Them][KING]);
+        if (pinnedHere & squareBB(sq)) attacks &= at.fullLine[ksq][sq];
+        twice |= all & attacks;
+        byType[type] |= attacks;
+        all |= attacks;
+        if (attacks & theirZone) {
+            attackers++;
+            attackWeight += KING_ATTACK_WEIGHT[type];
+            adjacent += popcount(attacks & besideTheirKing);
         }
-        return popcount(attacks & mobilityArea[Us]);
+        return popcount(attacks & mobility);
     };
 
     auto minorPiece = [&](int sq, Score outpost) {
@@ -66,17 +67,19 @@ void Evaluator::pieces() {
         score -= t.kingProtector * distance(sq, ksq);
     };
 
+    // Piece-square values of pawns and the king come with the pawn entry.
     for (Bitboard b = board.pieces(Us, KNIGHT); b;) {
         int sq = popLsb(b);
+        score += t.psq[makePiece(Us, KNIGHT)][sq];
         score += t.knightMobility[record(KNIGHT, sq, at.knightAttacks[sq])];
         minorPiece(sq, t.knightOutpost);
     }
 
     for (Bitboard b = board.pieces(Us, BISHOP); b;) {
         int sq = popLsb(b);
+        score += t.psq[makePiece(Us, BISHOP)][sq];
         // Seen through the own queen: a battery counts as mobility.
-        score += t.bishopMobility[record(BISHOP, sq,
-                                         at.bishopAttacks(sq, occupied ^ board.pieces(Us, QUEEN)))];
+        score += t.bishopMobility[record(BISHOP, sq, at.bishopAttacks(sq, occupied ^ ourQueens))];
         minorPiece(sq, t.bishopOutpost);
         Bitboard sameColour = (LIGHT_SQUARES & squareBB(sq)) ? LIGHT_SQUARES : ~LIGHT_SQUARES;
         score -= t.bishopPawns * popcount(ourPawns & sameColour);
@@ -84,22 +87,31 @@ void Evaluator::pieces() {
             score += t.longDiagonalBishop;
     }
 
-    for (Bitboard b = board.pieces(Us, ROOK); b;) {
+    for (Bitboard b = ourRooks; b;) {
         int sq = popLsb(b);
-        Bitboard heavy = board.pieces(Us, ROOK) | board.pieces(Us, QUEEN);
-        score += t.rookMobility[record(ROOK, sq, at.rookAttacks(sq, occupied ^ heavy))];
+        score += t.psq[makePiece(Us, ROOK)][sq];
+        score +=
+            t.rookMobility[record(ROOK, sq, at.rookAttacks(sq, occupied ^ (ourRooks | ourQueens)))];
         Bitboard file = fileBB(fileOf(sq));
         if (!(ourPawns & file)) score += (theirPawns & file) ? t.rookHalfOpenFile : t.rookOpenFile;
         if (queens & file) score += t.rookOnQueenFile;
         if (relativeRank(Us, sq) == 6 && seventhMatters) score += t.rookOnSeventh;
-        if (at.rookAttacks(sq, occupied) & board.pieces(Us, ROOK)) score += t.connectedRooks;
+        if (at.rookAttacks(sq, occupied) & ourRooks) score += t.connectedRooks;
     }
 
-    for (Bitboard b = board.pieces(Us, QUEEN); b;) {
+    for (Bitboard b = ourQueens; b;) {
         int sq = popLsb(b);
+        score += t.psq[makePiece(Us, QUEEN)][sq];
         score += t.queenMobility[record(QUEEN, sq, at.queenAttacks(sq, occupied))];
         if (relativeRank(Us, sq) == 6 && seventhMatters) score += t.queenOnSeventh;
     }
+
+    for (int type = KNIGHT; type <= QUEEN; type++) attackedBy[Us][type] = byType[type];
+    attackedBy[Us][0] = all;
+    attackedBy2[Us] = twice;
+    kingAttackersCount[Us] = attackers;
+    kingAttackersWeight[Us] = attackWeight;
+    kingAdjacentAttacks[Us] = adjacent;
 
     // A minor piece sheltered behind a pawn is hard for the enemy to chase or block; the
     // derived weight is a penalty, charged to the enemy for each such piece of ours.

@@ -35,6 +35,10 @@ void sortMoves(MoveList& list) {
     }
 }
 
+void sortMovesFrom(MoveList& list, uint32_t from) {
+    std::sort(list.moves + from, list.moves + list.count, std::greater<Move>());
+}
+
 void pickNext(MoveList& list, uint32_t at) {
     uint32_t best = at;
     for (uint32_t i = at + 1; i < list.count; i++)

@@ -10,19 +10,21 @@
 constexpr int KILLER_PLIES = 129;  // plies 0..99 are read; the spare ones serve the threat slot
 
 struct OrderingTables {
-    Move killers[KILLER_PLIES][3];  // killer 1, killer 2, last cut-off move (the threat slot)
+    Move killers[KILLER_PLIES][3];    // killer 1, killer 2, last cut-off move (the threat slot)
     Move counters[13 * 64][13 * 64];  // by (earlier move's piece and to-square, last move's)
-    int32_t history[13][64];        // by piece and to-square
-    int32_t gains[13][64];          // best observed change in static evaluation of a quiet move
+    int32_t history[13][64];          // by piece and to-square
+    int32_t gains[13][64];            // best observed change in static evaluation of a quiet move
 
     void clear();
     void storeKiller(int ply, Move m);
     // Adds the bonus (positive bonuses capped at 1024); at +-2048 every entry is halved.
     void updateHistory(Move m, int bonus);
     int historyOf(Move m) const { return history[movePiece(m)][moveTo(m)]; }
-    Move& counterMove(Move earlier, Move last) { return counters[counterIndex(earlier)][counterIndex(last)]; }
+    Move& counterMove(Move earlier, Move last) {
+        return counters[counterIndex(earlier)][counterIndex(last)];
+    }
 
-private:
+  private:
     static int counterIndex(Move m) { return movePiece(m) * 64 + moveTo(m); }
 };
 
@@ -32,6 +34,8 @@ constexpr Move withKey(Move m, int key) { return (m & MOVE_MASK) | Move(key) << 
 void sortMoves(MoveList& list);
 // Brings the largest move word of list[at..] to `at`: called for each index in turn it gives
 // the sorted order, without sorting the moves a cut-off never reaches.
+// Sorts list[from..] by key, best first.
+void sortMovesFrom(MoveList& list, uint32_t from);
 void pickNext(MoveList& list, uint32_t at);
 // Removes every occurrence of the move (compared on bits 0..22); returns how many were removed.
 int removeMove(MoveList& list, Move m);

@@ -19,6 +19,8 @@ const SearchParams& P = SEARCH_PARAMS;
 
 enum Stage { HASH_STAGE, CAPTURE_STAGE, QUIET_STAGE, EVASION_STAGE };
 
+constexpr uint32_t LAZY_PICKS = 3;
+
 constexpr int clampKey(int key) { return key < 0 ? 0 : key > 511 ? 511 : key; }
 
 bool isQuiet(Move m) { return !moveCaptured(m) && !moveIsPromotion(m); }
@@ -87,7 +89,8 @@ int TSearchThread::recognizedEnding(int ply) {
     return NO_VALUE;
 }
 
-int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int beta, int nullAllowed, Move* pv) {
+int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int beta,
+                             int nullAllowed, Move* pv) {
     const bool pvNode = beta - alpha > 1;
     if (pvNode) pv[0] = 0;
     countNode();
@@ -117,10 +120,13 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         generateEvasions(board, list);
         if (list.count == 0) return ply - MATE;
         if (list.count == 1)
-            ext += moveCaptured(list.moves[0]) ? P.singleCaptureEvasionExtension : P.singleEvasionExtension;
+            ext += moveCaptured(list.moves[0]) ? P.singleCaptureEvasionExtension
+                                               : P.singleEvasionExtension;
         else if (list.count == 2)
-            ext += moveCaptured(list.moves[0]) ? P.twoEvasionsCaptureExtension : P.twoEvasionsExtension;
-    } else if (lastMove && moveIsPawn(lastMove) && relativeRank(pieceColor(movePiece(lastMove)), moveTo(lastMove)) == 6) {
+            ext += moveCaptured(list.moves[0]) ? P.twoEvasionsCaptureExtension
+                                               : P.twoEvasionsExtension;
+    } else if (lastMove && moveIsPawn(lastMove) &&
+               relativeRank(pieceColor(movePiece(lastMove)), moveTo(lastMove)) == 6) {
         ext += P.seventhRankPushExtension;
     }
     if (ext >= 10) {
@@ -160,7 +166,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         if (quiescence(ply, 0, r, r + 1, childPv) <= r) return alpha;
     }
     const bool mateSearch = timeManager.mateSearch;
-    if (!inCheck && depth < 8 && !mateSearch && !isMateScore(alpha) && eval - P.reverseFutilityMargin * depth >= beta)
+    if (!inCheck && depth < 8 && !mateSearch && !isMateScore(alpha) &&
+        eval - P.reverseFutilityMargin * depth >= beta)
         return beta;
 
     Move threat = 0;
@@ -187,8 +194,10 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         hashMove = tt.probe(st.key, ply).move;
     }
 
-    const Move prevMove = board.stateIndex() >= 1 ? board.stack->records[board.stateIndex() - 1].move : 0;
-    const Move prevMove2 = board.stateIndex() >= 2 ? board.stack->records[board.stateIndex() - 2].move : 0;
+    const Move prevMove =
+        board.stateIndex() >= 1 ? board.stack->records[board.stateIndex() - 1].move : 0;
+    const Move prevMove2 =
+        board.stateIndex() >= 2 ? board.stack->records[board.stateIndex() - 2].move : 0;
     const Move counter = ordering->counterMove(prevMove, lastMove);
     Move killer1 = ply <= 99 ? ordering->killers[ply][0] : 0;
     Move killer2 = ply <= 99 ? ordering->killers[ply][1] : 0;
@@ -242,9 +251,12 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             list.count = 0;
             generateQuiets(board, list);
             anyLegal |= list.count > 0;
-            for (Move drop : {hashMove, killer1, killer2, counter})
-                if (drop) removeMove(list, drop);
-            for (Move& m : list) m = withKey(m, clampKey(256 + ordering->historyOf(m) / 8));
+            // The moves of the earlier stages are dropped and the rest keyed in one pass.
+            uint32_t kept = 0;
+            for (Move m : list)
+                if (m != hashMove && m != killer1 && m != killer2 && m != counter)
+                    list.moves[kept++] = withKey(m, clampKey(256 + ordering->historyOf(m) / 8));
+            list.count = kept;
             if (movesSearched == 0 && list.count == 0 && !anyLegal && !hashMove) {
                 tt.store(st.key, ply, 100, BOUND_EXACT, 0, 0);
                 return 0;  // stalemate: no legal move at all
@@ -255,23 +267,42 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
 
         for (uint32_t i = 0; i < list.count; i++) {
             if (stopFlag) continue;
-            if (stage == QUIET_STAGE) pickNext(list, i);  // in sorted order, sorted lazily
+            // Quiet moves are picked in order while a cut-off is likely, then sorted in one go.
+            if (stage == QUIET_STAGE && i < LAZY_PICKS) pickNext(list, i);
+            if (stage == QUIET_STAGE && i == LAZY_PICKS) sortMovesFrom(list, i);
             const Move m = list.moves[i] & MOVE_MASK;
             const int moveKey = keyOf(list.moves[i]);
             const bool quiet = isQuiet(m);
+            // The tests below may ask for the same exchange value and activity several times.
+            int seeOfMove = NO_VALUE, active = -1;
+            auto moveSee = [&] {
+                return seeOfMove == NO_VALUE ? seeOfMove = see(board, m) : seeOfMove;
+            };
+            auto moveIsActive = [&] {
+                return active < 0 ? active = isActiveMove(board, m) : active;
+            };
+            auto exchangeLoses = [&] {
+                return depth < 7 && moveSee() < -P.seePruningEighths * 8 * depth;
+            };
 
-            if (movesSearched > 0 && quiet && !isMateScore(alpha) && !inCheck && depth < P.quietPruningDepth &&
-                !givesCheck(board, m)) {
-                if (depth < 7 &&
-                    ordering->gains[movePiece(m)][moveTo(m)] + P.futilityMargins[depth] - P.futilitySubtrahend + eval <= alpha)
-                    continue;
-                if (!pvNode && movesSearched > P.lateMovePruningQuarters * depth / 4 + P.lateMovePruningBase &&
-                    !isActiveMove(board, m) && (!threat || !answersThreat(board, m, threat)))
-                    continue;
-                if (depth < 8 && see(board, m) < -P.seeQuietPruning * depth * depth) continue;
-            } else if (depth < 7 && see(board, m) < -P.seePruningEighths * 8 * depth) {
-                continue;
+            // Quiet moves that do not give check face the quiet pruning tests, every other move
+            // the exchange test. Whether the move checks is asked only when the answer matters.
+            bool exchangeTest = true;
+            if (movesSearched > 0 && quiet && !isMateScore(alpha) && !inCheck &&
+                depth < P.quietPruningDepth) {
+                bool pruned =
+                    (depth < 7 && ordering->gains[movePiece(m)][moveTo(m)] +
+                                          P.futilityMargins[depth] - P.futilitySubtrahend + eval <=
+                                      alpha) ||
+                    (!pvNode &&
+                     movesSearched >
+                         P.lateMovePruningQuarters * depth / 4 + P.lateMovePruningBase &&
+                     !moveIsActive() && (!threat || !answersThreat(board, m, threat))) ||
+                    (depth < 8 && moveSee() < -P.seeQuietPruning * depth * depth);
+                exchangeTest = (pruned || exchangeLoses()) && givesCheck(board, m);
+                if (pruned && !exchangeTest) continue;
             }
+            if (exchangeTest && exchangeLoses()) continue;
 
             prefetchChild(m);
             movesSearched++;
@@ -289,7 +320,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 if (quiet) {
                     r = pvNode ? 0 : P.reductionA[d][n];
                     if (pvNode || r < 10 * depth - 10) {
-                        bool full = isActiveMove(board, m) || (threat && answersThreat(board, m, threat));
+                        bool full = moveIsActive() || (threat && answersThreat(board, m, threat));
                         r = full ? P.reductionA[d][n] : P.reductionB[d][n];
                         if (pvNode) r = r * P.pvReductionSixteenths / 16;
                     }
@@ -309,10 +340,12 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 score = -alphaBeta(ply + 1, depth - 1, ext, -beta, -alpha, 1, childPv);
             } else {
                 score = alpha + 1;
-                if (newDepth < depth) score = -alphaBeta(ply + 1, newDepth - 1, ext, -alpha - 1, -alpha, 1, childPv);
+                if (newDepth < depth)
+                    score = -alphaBeta(ply + 1, newDepth - 1, ext, -alpha - 1, -alpha, 1, childPv);
                 if (score > alpha) {
                     score = -alphaBeta(ply + 1, depth - 1, ext, -alpha - 1, -alpha, 1, childPv);
-                    if (pvNode && score > alpha) score = -alphaBeta(ply + 1, depth - 1, ext, -beta, -alpha, 1, childPv);
+                    if (pvNode && score > alpha)
+                        score = -alphaBeta(ply + 1, depth - 1, ext, -beta, -alpha, 1, childPv);
                 }
             }
             board.unmakeMove(m);
@@ -326,7 +359,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                         ordering->counterMove(prevMove2, lastMove) = m;
                         ordering->updateHistory(m, depth * depth);
                         for (uint32_t j = 0; j < i; j++)
-                            if (isQuiet(list.moves[j])) ordering->updateHistory(list.moves[j] & MOVE_MASK, -depth * depth);
+                            if (isQuiet(list.moves[j]))
+                                ordering->updateHistory(list.moves[j] & MOVE_MASK, -depth * depth);
                     }
                 }
                 return beta;
@@ -363,8 +397,10 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
     }
 
     ProbeResult entry = tt.probe(st.key, ply);
-    if ((entry.bound == BOUND_EXACT || entry.bound == BOUND_LOWER) && entry.score >= beta) return beta;
-    if ((entry.bound == BOUND_EXACT || entry.bound == BOUND_UPPER) && entry.score <= alpha) return alpha;
+    if ((entry.bound == BOUND_EXACT || entry.bound == BOUND_LOWER) && entry.score >= beta)
+        return beta;
+    if ((entry.bound == BOUND_EXACT || entry.bound == BOUND_UPPER) && entry.score <= alpha)
+        return alpha;
     Move hashMove = entry.move;
 
     if ((ply >= 120 && !inCheck) || ply >= 127) return evaluate();
@@ -399,7 +435,8 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
             static constexpr int VICTIM[7] = {0, 32, 80, 80, 160, 255, 0};
             static constexpr int ATTACKER[7] = {0, 8, 24, 24, 40, 72, 0};
             for (Move& m : list) {
-                int key = moveCaptured(m) ? VICTIM[typeOf(moveCaptured(m))] - ATTACKER[typeOf(movePiece(m))] + 256
+                int key = moveCaptured(m) ? VICTIM[typeOf(moveCaptured(m))] -
+                                                ATTACKER[typeOf(movePiece(m))] + 256
                                           : (movePromoChoice(m) == 3 ? 256 : 0);
                 m = withKey(m, clampKey(key));
             }
@@ -416,11 +453,13 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
             const Move m = list.moves[i] & MOVE_MASK;
             if (!inCheck) {
                 const int captured = seeValue(moveCaptured(m)), mover = seeValue(movePiece(m));
-                if (captured + P.quiescenceDeltaMargin + eval < alpha && !moveIsPromotion(m)) continue;
+                if (captured + P.quiescenceDeltaMargin + eval < alpha && !moveIsPromotion(m))
+                    continue;
                 if (moveIsPromotion(m) && movePromoChoice(m) != 3) continue;
                 if (stage != HASH_STAGE) {
                     if (captured < mover && see(board, m) < 0) continue;
-                    if (captured == mover && eval + P.quiescenceEqualExchangeMargin < alpha && see(board, m) == 0)
+                    if (captured == mover && eval + P.quiescenceEqualExchangeMargin < alpha &&
+                        see(board, m) == 0)
                         continue;
                 }
             }

@@ -1,5 +1,6 @@
 #include "uci/input_thread.h"
 
+#include <chrono>
 #include <iostream>
 
 #include "core/text.h"
@@ -15,7 +16,10 @@ TInputThread::~TInputThread() {
 void TInputThread::run() {
     while (!stopRequested) {
         if (lineReady) {
-            std::this_thread::yield();  // the command loop has not taken the last line yet
+            // The command loop has not taken the last line yet. It looks every 10 ms, or not at
+            // all while a long command such as bench runs: sleeping, not spinning, leaves the
+            // processor to the search.
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
             continue;
         }
         std::string next;
