@@ -14,8 +14,9 @@ Bitboard attacksFrom(const Board& b, int piece, int sq, Bitboard occ) {
 // and nothing in `occ` stands between them. Cheaper than a magic lookup, whose tables are too
 // big to stay in the first-level cache.
 bool sliderSees(const AttackTables& at, int type, int from, int target, Bitboard occ) {
-    const Bitboard* lines =
-        type == ROOK ? at.rookLines : type == BISHOP ? at.bishopLines : at.queenLines;
+    const Bitboard* lines = type == ROOK     ? at.rookLines
+                            : type == BISHOP ? at.bishopLines
+                                             : at.queenLines;
     return (lines[target] & squareBB(from)) && !(at.between[from][target] & occ);
 }
 
@@ -50,6 +51,42 @@ bool givesCheck(const Board& b, Move m) {
     return false;
 }
 
+void computeCheckInfo(const Board& b, CheckInfo& info) {
+    const Color us = b.sideToMove;
+    const int ksq = b.kingSquare[~us];
+    info.kingSquare = ksq;
+    if (ksq == NO_SQUARE) return;
+    const AttackTables& at = b.attacks;
+    const Bitboard occ = b.occupiedBB;
+    info.squares[PAWN] = at.pawnAttacks[~us][ksq];
+    info.squares[KNIGHT] = at.knightAttacks[ksq];
+    info.squares[BISHOP] = at.bishopAttacks(ksq, occ);
+    info.squares[ROOK] = at.rookAttacks(ksq, occ);
+    info.squares[QUEEN] = info.squares[BISHOP] | info.squares[ROOK];
+    info.squares[KING] = 0;
+    const Bitboard queens = b.pieces(us, QUEEN);
+    info.discoverers = 0;
+    for (Bitboard s = (at.rookLines[ksq] & (b.pieces(us, ROOK) | queens)) |
+                      (at.bishopLines[ksq] & (b.pieces(us, BISHOP) | queens));
+         s;) {
+        Bitboard blockers = at.between[popLsb(s)][ksq] & occ;
+        if (blockers && !moreThanOne(blockers)) info.discoverers |= blockers & b.colorBB[us];
+    }
+}
+
+bool givesCheck(const Board& b, Move m, const CheckInfo& info) {
+    if (info.kingSquare == NO_SQUARE) return false;
+    // Promotions, castling and en passant change more than one square of a line; they are rare.
+    if (moveIsPromotion(m) || moveIsCastling(m) || moveIsEnPassant(m)) return givesCheck(b, m);
+    const int from = moveFrom(m), to = moveTo(m);
+    // A slider that moves along a line away from the king was blocked there before the move
+    // (the king is not in check), so the squares computed with the piece still on `from` hold.
+    if (info.squares[typeOf(movePiece(m))] & squareBB(to)) return true;
+    // A blocker that stays on its line keeps blocking.
+    return (info.discoverers & squareBB(from)) &&
+           !(b.attacks.fullLine[from][info.kingSquare] & squareBB(to));
+}
+
 bool createsThreat(const Board& b, Move m) {
     const int to = moveTo(m);
     const int placed = moveIsPromotion(m) ? promotionPiece(m) : movePiece(m);
@@ -57,7 +94,8 @@ bool createsThreat(const Board& b, Move m) {
     Bitboard targets = attacksFrom(b, placed, to, occ) & b.colorBB[~b.sideToMove];
     while (targets) {
         int victim = b.squares[popLsb(targets)];
-        if (typeOf(victim) != KING && THREAT_RANK[typeOf(victim)] > THREAT_RANK[typeOf(placed)]) return true;
+        if (typeOf(victim) != KING && THREAT_RANK[typeOf(victim)] > THREAT_RANK[typeOf(placed)])
+            return true;
     }
     return false;
 }

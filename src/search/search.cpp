@@ -207,6 +207,9 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
     int movesSearched = 0, quietsSearched = 0;
     bool anyLegal = false;
 
+    CheckInfo checkInfo;  // made when a move's check first matters
+    bool checkInfoReady = false;
+
     int stage = inCheck ? EVASION_STAGE : HASH_STAGE;
     if (!inCheck && hashMove) {
         Move valid = validateMove(board, hashMove);
@@ -299,7 +302,12 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                          P.lateMovePruningQuarters * depth / 4 + P.lateMovePruningBase &&
                      !moveIsActive() && (!threat || !answersThreat(board, m, threat))) ||
                     (depth < 8 && moveSee() < -P.seeQuietPruning * depth * depth);
-                exchangeTest = (pruned || exchangeLoses()) && givesCheck(board, m);
+                if (pruned || exchangeLoses()) {
+                    if (!checkInfoReady) computeCheckInfo(board, checkInfo), checkInfoReady = true;
+                    exchangeTest = givesCheck(board, m, checkInfo);
+                } else {
+                    exchangeTest = false;
+                }
                 if (pruned && !exchangeTest) continue;
             }
             if (exchangeTest && exchangeLoses()) continue;
