@@ -35,17 +35,6 @@ void sortMoves(MoveList& list) {
     }
 }
 
-void sortMovesFrom(MoveList& list, uint32_t from) {
-    std::sort(list.moves + from, list.moves + list.count, std::greater<Move>());
-}
-
-void pickNext(MoveList& list, uint32_t at) {
-    uint32_t best = at;
-    for (uint32_t i = at + 1; i < list.count; i++)
-        if (list.moves[i] > list.moves[best]) best = i;
-    std::swap(list.moves[at], list.moves[best]);
-}
-
 int removeMove(MoveList& list, Move m) {
     m &= MOVE_MASK;
     uint32_t kept = 0;

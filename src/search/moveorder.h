@@ -34,8 +34,5 @@ constexpr Move withKey(Move m, int key) { return (m & MOVE_MASK) | Move(key) << 
 void sortMoves(MoveList& list);
 // Brings the largest move word of list[at..] to `at`: called for each index in turn it gives
 // the sorted order, without sorting the moves a cut-off never reaches.
-// Sorts list[from..] by key, best first.
-void sortMovesFrom(MoveList& list, uint32_t from);
-void pickNext(MoveList& list, uint32_t at);
 // Removes every occurrence of the move (compared on bits 0..22); returns how many were removed.
 int removeMove(MoveList& list, Move m);

@@ -19,8 +19,6 @@ const SearchParams& P = SEARCH_PARAMS;
 
 enum Stage { HASH_STAGE, CAPTURE_STAGE, QUIET_STAGE, EVASION_STAGE };
 
-constexpr uint32_t LAZY_PICKS = 3;
-
 constexpr int clampKey(int key) { return key < 0 ? 0 : key > 511 ? 511 : key; }
 
 bool isQuiet(Move m) { return !moveCaptured(m) && !moveIsPromotion(m); }
@@ -260,6 +258,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 if (m != hashMove && m != killer1 && m != killer2 && m != counter)
                     list.moves[kept++] = withKey(m, clampKey(256 + ordering->historyOf(m) / 8));
             list.count = kept;
+            if (list.count >= 2) sortMoves(list);
             if (movesSearched == 0 && list.count == 0 && !anyLegal && !hashMove) {
                 tt.store(st.key, ply, 100, BOUND_EXACT, 0, 0);
                 return 0;  // stalemate: no legal move at all
@@ -270,9 +269,6 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
 
         for (uint32_t i = 0; i < list.count; i++) {
             if (stopFlag) continue;
-            // Quiet moves are picked in order while a cut-off is likely, then sorted in one go.
-            if (stage == QUIET_STAGE && i < LAZY_PICKS) pickNext(list, i);
-            if (stage == QUIET_STAGE && i == LAZY_PICKS) sortMovesFrom(list, i);
             const Move m = list.moves[i] & MOVE_MASK;
             const int moveKey = keyOf(list.moves[i]);
             const bool quiet = isQuiet(m);
