@@ -280,8 +280,10 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             auto moveIsActive = [&] {
                 return active < 0 ? active = isActiveMove(board, m) : active;
             };
+            // A capture keyed 256 or more does not lose material: its key says so.
+            const bool keyedNotLosing = stage == CAPTURE_STAGE && moveKey >= 256;
             auto exchangeLoses = [&] {
-                return depth < 7 && moveSee() < -P.seePruningEighths * 8 * depth;
+                return depth < 7 && !keyedNotLosing && moveSee() < -P.seePruningEighths * 8 * depth;
             };
 
             // Quiet moves that do not give check face the quiet pruning tests, every other move
