@@ -54,7 +54,7 @@ struct StateStack {
 };
 
 class Board {
-public:
+  public:
     Board();
     Board(const Board&) = delete;
     Board& operator=(const Board&) = delete;
@@ -106,6 +106,10 @@ public:
     PositionState& state() { return stack->records[stack->index]; }
     const PositionState& state() const { return stack->records[stack->index]; }
     uint32_t stateIndex() const { return stack->index; }
+    // The move that led to the position `back` records before the current one; 0 before the root.
+    Move previousMove(uint32_t back) const {
+        return stack->index >= back ? stack->records[stack->index - back].move : 0;
+    }
     uint64_t key() const { return state().key; }
     uint64_t reducedKey() const;
     bool inCheck() const { return state().inCheck; }
@@ -122,7 +126,7 @@ public:
     // Own pieces standing alone between the own king and an enemy slider.
     Bitboard pinnedPieces(Color c) const;
 
-private:
+  private:
     void pushState(Move m);
     void finishPush();
     void transferPiece(int piece, int from, int to);

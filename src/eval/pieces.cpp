@@ -9,6 +9,13 @@ namespace {
 // Share of each piece type in an attack on the king, counted once per attacking piece.
 constexpr int KING_ATTACK_WEIGHT[7] = {0, 0, 4, 3, 3, 3, 0};
 
+// Whether a piece on `sq` sees one of the pieces on its lines with nothing in between.
+bool connectedTo(const AttackTables& at, int sq, Bitboard onLines, Bitboard occupied) {
+    for (Bitboard b = onLines; b;)
+        if (!(at.between[sq][popLsb(b)] & occupied)) return true;
+    return false;
+}
+
 }  // namespace
 
 template <Color Us>
@@ -83,7 +90,9 @@ void Evaluator::pieces() {
         minorPiece(sq, t.bishopOutpost);
         Bitboard sameColour = (LIGHT_SQUARES & squareBB(sq)) ? LIGHT_SQUARES : ~LIGHT_SQUARES;
         score -= t.bishopPawns * popcount(ourPawns & sameColour);
-        if (moreThanOne(at.bishopAttacks(sq, allPawns) & CENTRE_SQUARES))
+        // Only a bishop on a long diagonal can see two centre squares.
+        if (moreThanOne(at.bishopLines[sq] & CENTRE_SQUARES) &&
+            moreThanOne(at.bishopAttacks(sq, allPawns) & CENTRE_SQUARES))
             score += t.longDiagonalBishop;
     }
 
@@ -96,7 +105,7 @@ void Evaluator::pieces() {
         if (!(ourPawns & file)) score += (theirPawns & file) ? t.rookHalfOpenFile : t.rookOpenFile;
         if (queens & file) score += t.rookOnQueenFile;
         if (relativeRank(Us, sq) == 6 && seventhMatters) score += t.rookOnSeventh;
-        if (at.rookAttacks(sq, occupied) & ourRooks) score += t.connectedRooks;
+        if (connectedTo(at, sq, ourRooks & at.rookLines[sq], occupied)) score += t.connectedRooks;
     }
 
     for (Bitboard b = ourQueens; b;) {

@@ -134,6 +134,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
     if (depth == 1) selDepth = std::max(selDepth, ply + 1);
     if (depth < 1 || ply >= 99) return quiescence(ply, std::min(depth, 0), alpha, beta, pv);
 
+    // The counter-move entry is read once the moves are ordered; start loading it now.
+    __builtin_prefetch(&ordering->counterMove(board.previousMove(1), st.move));
     ProbeResult entry = tt.probe(st.key, ply);
     if (entry.bound != BOUND_NONE && entry.depth >= depth) {
         if (entry.bound == BOUND_EXACT) return entry.score;
@@ -192,10 +194,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         hashMove = tt.probe(st.key, ply).move;
     }
 
-    const Move prevMove =
-        board.stateIndex() >= 1 ? board.stack->records[board.stateIndex() - 1].move : 0;
-    const Move prevMove2 =
-        board.stateIndex() >= 2 ? board.stack->records[board.stateIndex() - 2].move : 0;
+    const Move prevMove = board.previousMove(1);
+    const Move prevMove2 = board.previousMove(2);
     const Move counter = ordering->counterMove(prevMove, lastMove);
     Move killer1 = ply <= 99 ? ordering->killers[ply][0] : 0;
     Move killer2 = ply <= 99 ? ordering->killers[ply][1] : 0;
