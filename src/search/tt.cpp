@@ -54,7 +54,8 @@ ProbeResult TranspositionTable::probe(uint64_t key, int ply) {
         TTEntry& e = cluster.entries[slot(key, i)];
         if (load(e.key) != key) continue;
         uint32_t moveDepth = load(e.moveDepth), data = load(e.data);
-        save(e.data, (data & ~(7u << 29)) | touchedMark << 29);
+        // Writing only a changed mark keeps the line clean in the other threads' caches.
+        if (markOf(data) != touchedMark) save(e.data, (data & ~(7u << 29)) | touchedMark << 29);
         ProbeResult r;
         r.bound = Bound(data & 7);
         r.score = scoreFromTable(int((data >> 12) & 0x1FFFF) - 65536, ply);

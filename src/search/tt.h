@@ -66,7 +66,9 @@ private:
     uint32_t freshMark = FRESH_MARK;
     uint32_t touchedMark = TOUCHED_MARK;
     // Counted without a read-modify-write: a lost increment under a race only blurs hashfull.
-    std::atomic<uint64_t> filledCount{0};
+    // On a line of its own, so that counting does not evict the fields every probe reads from
+    // the other threads' caches.
+    alignas(64) std::atomic<uint64_t> filledCount{0};
     void countFilled() { filledCount.store(filled() + 1, std::memory_order_relaxed); }
 };
 
