@@ -12,7 +12,8 @@ Board::Board()
 }
 
 void Board::setStartPosition() {
-    static constexpr int BACK_RANK[8] = {W_ROOK, W_KNIGHT, W_BISHOP, W_QUEEN, W_KING, W_BISHOP, W_KNIGHT, W_ROOK};
+    static constexpr int BACK_RANK[8] = {W_ROOK, W_KNIGHT, W_BISHOP, W_QUEEN,
+                                         W_KING, W_BISHOP, W_KNIGHT, W_ROOK};
     for (int sq = 0; sq < 64; sq++) squares[sq] = EMPTY;
     for (int file = 0; file < 8; file++) {
         squares[file] = BACK_RANK[file];
@@ -111,17 +112,18 @@ bool Board::computeInCheck() const {
     return attackersTo(ksq, occupiedBB) & colorBB[~sideToMove];
 }
 
-Bitboard Board::pinnedPieces(Color c) const {
-    int ksq = kingSquare[c];
-    if (ksq == NO_SQUARE) return 0;
-    Color them = ~c;
-    Bitboard queens = pieces(them, QUEEN);
-    Bitboard snipers = (attacks.rookLines[ksq] & (pieces(them, ROOK) | queens)) |
-                       (attacks.bishopLines[ksq] & (pieces(them, BISHOP) | queens));
-    Bitboard pinned = 0;
+Bitboard Board::lineBlockers(int sq, Color sliders, Color owner) const {
+    Bitboard queens = pieces(sliders, QUEEN);
+    Bitboard snipers = (attacks.rookLines[sq] & (pieces(sliders, ROOK) | queens)) |
+                       (attacks.bishopLines[sq] & (pieces(sliders, BISHOP) | queens));
+    Bitboard found = 0;
     while (snipers) {
-        Bitboard blockers = attacks.between[ksq][popLsb(snipers)] & occupiedBB;
-        if (blockers && !moreThanOne(blockers)) pinned |= blockers & colorBB[c];
+        Bitboard blockers = attacks.between[sq][popLsb(snipers)] & occupiedBB;
+        if (blockers && !moreThanOne(blockers)) found |= blockers & colorBB[owner];
     }
-    return pinned;
+    return found;
+}
+
+Bitboard Board::pinnedPieces(Color c) const {
+    return kingSquare[c] == NO_SQUARE ? 0 : lineBlockers(kingSquare[c], ~c, c);
 }

@@ -106,7 +106,8 @@ class Board {
     PositionState& state() { return stack->records[stack->index]; }
     const PositionState& state() const { return stack->records[stack->index]; }
     uint32_t stateIndex() const { return stack->index; }
-    // The move that led to the position `back` records before the current one; 0 before the root.
+    // The move that led to the position `back` records before the current one; 0 when the
+    // records do not reach that far back.
     Move previousMove(uint32_t back) const {
         return stack->index >= back ? stack->records[stack->index - back].move : 0;
     }
@@ -125,6 +126,9 @@ class Board {
     bool computeInCheck() const;
     // Own pieces standing alone between the own king and an enemy slider.
     Bitboard pinnedPieces(Color c) const;
+    // Pieces of `owner` standing alone between the square and a slider of `sliders` on a line
+    // through it: pinned pieces, or pieces whose move uncovers an attack on the square.
+    Bitboard lineBlockers(int sq, Color sliders, Color owner) const;
 
   private:
     void pushState(Move m);

@@ -51,27 +51,19 @@ bool givesCheck(const Board& b, Move m) {
     return false;
 }
 
-void computeCheckInfo(const Board& b, CheckInfo& info) {
+CheckInfo checkInfoOf(const Board& b) {
     const Color us = b.sideToMove;
-    const int ksq = b.kingSquare[~us];
-    info.kingSquare = ksq;
-    if (ksq == NO_SQUARE) return;
+    CheckInfo info{};
+    const int ksq = info.kingSquare = b.kingSquare[~us];
+    if (ksq == NO_SQUARE) return info;
     const AttackTables& at = b.attacks;
-    const Bitboard occ = b.occupiedBB;
-    info.squares[PAWN] = at.pawnAttacks[~us][ksq];
-    info.squares[KNIGHT] = at.knightAttacks[ksq];
-    info.squares[BISHOP] = at.bishopAttacks(ksq, occ);
-    info.squares[ROOK] = at.rookAttacks(ksq, occ);
-    info.squares[QUEEN] = info.squares[BISHOP] | info.squares[ROOK];
-    info.squares[KING] = 0;
-    const Bitboard queens = b.pieces(us, QUEEN);
-    info.discoverers = 0;
-    for (Bitboard s = (at.rookLines[ksq] & (b.pieces(us, ROOK) | queens)) |
-                      (at.bishopLines[ksq] & (b.pieces(us, BISHOP) | queens));
-         s;) {
-        Bitboard blockers = at.between[popLsb(s)][ksq] & occ;
-        if (blockers && !moreThanOne(blockers)) info.discoverers |= blockers & b.colorBB[us];
-    }
+    info.checkSquares[PAWN] = at.pawnAttacks[~us][ksq];
+    info.checkSquares[KNIGHT] = at.knightAttacks[ksq];
+    info.checkSquares[BISHOP] = at.bishopAttacks(ksq, b.occupiedBB);
+    info.checkSquares[ROOK] = at.rookAttacks(ksq, b.occupiedBB);
+    info.checkSquares[QUEEN] = info.checkSquares[BISHOP] | info.checkSquares[ROOK];
+    info.discoverers = b.lineBlockers(ksq, us, us);
+    return info;
 }
 
 bool givesCheck(const Board& b, Move m, const CheckInfo& info) {
@@ -81,7 +73,7 @@ bool givesCheck(const Board& b, Move m, const CheckInfo& info) {
     const int from = moveFrom(m), to = moveTo(m);
     // A slider that moves along a line away from the king was blocked there before the move
     // (the king is not in check), so the squares computed with the piece still on `from` hold.
-    if (info.squares[typeOf(movePiece(m))] & squareBB(to)) return true;
+    if (info.checkSquares[typeOf(movePiece(m))] & squareBB(to)) return true;
     // A blocker that stays on its line keeps blocking.
     return (info.discoverers & squareBB(from)) &&
            !(b.attacks.fullLine[from][info.kingSquare] & squareBB(to));

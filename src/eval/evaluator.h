@@ -59,7 +59,7 @@ class alignas(64) Evaluator {
 
     struct PawnEntry {
         uint64_t key;
-        Score score[2];          // structure and king shelter, by colour
+        Score score[2];          // structure, king shelter and pawn and king squares, by colour
         Bitboard passed;         // passed pawns of both colours
         Bitboard weakUnopposed;  // isolated or backward pawns on half-open files, both colours
         int32_t shelterMg[2];    // shelter and storm of each colour's king, fed to the king attack

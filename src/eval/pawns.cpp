@@ -1,5 +1,6 @@
-// Pawn structure and king shelter. Both depend on pawns and kings alone, so they are kept in the
-// pawn cache by the pawn-and-king key together with the pawn sets that later terms read.
+// Pawn structure, king shelter and the piece-square values of pawns and kings. All depend on
+// pawns and kings alone, so they are kept in the pawn cache by the pawn-and-king key together
+// with the pawn sets that later terms read.
 #include <algorithm>
 
 #include "eval/evaluator.h"

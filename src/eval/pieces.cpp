@@ -47,7 +47,9 @@ void Evaluator::pieces() {
     const bool seventhMatters =
         relativeRank(Us, theirKsq) == 7 || (theirPawns & relativeRankBB<Us>(6));
 
-    // The attack maps are gathered in locals and stored once at the end.
+    // The attack maps are gathered in locals and stored once at the end: written through `this`
+    // after every piece, they would be reloaded after every store the compiler cannot rule out
+    // as touching the board.
     Bitboard all = attackedBy[Us][0], twice = attackedBy2[Us];
     Bitboard byType[7] = {};
     int attackers = popcount(attackedBy[Us][PAWN] & theirZone), attackWeight = 0, adjacent = 0;

@@ -32,7 +32,5 @@ constexpr int keyOf(Move m) { return int(m >> 23); }
 constexpr Move withKey(Move m, int key) { return (m & MOVE_MASK) | Move(key) << 23; }
 // Sorts the list by key, best first; ties fall to the move bits.
 void sortMoves(MoveList& list);
-// Brings the largest move word of list[at..] to `at`: called for each index in turn it gives
-// the sorted order, without sorting the moves a cut-off never reaches.
 // Removes every occurrence of the move (compared on bits 0..22); returns how many were removed.
 int removeMove(MoveList& list, Move m);

@@ -19,6 +19,9 @@ const SearchParams& P = SEARCH_PARAMS;
 
 enum Stage { HASH_STAGE, CAPTURE_STAGE, QUIET_STAGE, EVASION_STAGE };
 
+// Stage-1 keys from here up belong to captures and promotions whose exchange does not lose.
+constexpr int NOT_LOSING_KEY = 256;
+
 constexpr int clampKey(int key) { return key < 0 ? 0 : key > 511 ? 511 : key; }
 
 bool isQuiet(Move m) { return !moveCaptured(m) && !moveIsPromotion(m); }
@@ -135,7 +138,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
     if (depth < 1 || ply >= 99) return quiescence(ply, std::min(depth, 0), alpha, beta, pv);
 
     // The counter-move entry is read once the moves are ordered; start loading it now.
-    __builtin_prefetch(&ordering->counterMove(board.previousMove(1), st.move));
+    const Move prevMove = board.previousMove(1);
+    __builtin_prefetch(&ordering->counterMove(prevMove, lastMove));
     ProbeResult entry = tt.probe(st.key, ply);
     if (entry.bound != BOUND_NONE && entry.depth >= depth) {
         if (entry.bound == BOUND_EXACT) return entry.score;
@@ -194,7 +198,6 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         hashMove = tt.probe(st.key, ply).move;
     }
 
-    const Move prevMove = board.previousMove(1);
     const Move prevMove2 = board.previousMove(2);
     const Move counter = ordering->counterMove(prevMove, lastMove);
     Move killer1 = ply <= 99 ? ordering->killers[ply][0] : 0;
@@ -207,6 +210,10 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
 
     CheckInfo checkInfo;  // made when a move's check first matters
     bool checkInfoReady = false;
+    auto moveChecks = [&](Move m) {
+        if (!checkInfoReady) checkInfo = checkInfoOf(board), checkInfoReady = true;
+        return givesCheck(board, m, checkInfo);
+    };
 
     int stage = inCheck ? EVASION_STAGE : HASH_STAGE;
     if (!inCheck && hashMove) {
@@ -230,6 +237,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             if (hashMove) removeMove(list, hashMove);
             for (Move& m : list) {
                 int s = see(board, m), key;
+                // Keys of NOT_LOSING_KEY and above go to moves whose exchange does not lose,
+                // which the exchange test of the move loop relies on.
                 if (moveCaptured(m)) {
                     key = s > 0 ? s / 16 + 384 : s == 0 ? 256 + moveCaptured(m) : s / 16 + 128;
                     if (moveIsPromotion(m) && movePromoChoice(m) == 3) key++;
@@ -280,18 +289,17 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             auto moveIsActive = [&] {
                 return active < 0 ? active = isActiveMove(board, m) : active;
             };
-            // A capture keyed 256 or more does not lose material: its key says so.
-            const bool keyedNotLosing = stage == CAPTURE_STAGE && moveKey >= 256;
+            // A capture or promotion keyed this high does not lose material: its key says so.
+            const bool keyedNotLosing = stage == CAPTURE_STAGE && moveKey >= NOT_LOSING_KEY;
             auto exchangeLoses = [&] {
                 return depth < 7 && !keyedNotLosing && moveSee() < -P.seePruningEighths * 8 * depth;
             };
 
             // Quiet moves that do not give check face the quiet pruning tests, every other move
             // the exchange test. Whether the move checks is asked only when the answer matters.
-            bool exchangeTest = true;
             if (movesSearched > 0 && quiet && !isMateScore(alpha) && !inCheck &&
                 depth < P.quietPruningDepth) {
-                bool pruned =
+                const bool quietPrunes =
                     (depth < 7 && ordering->gains[movePiece(m)][moveTo(m)] +
                                           P.futilityMargins[depth] - P.futilitySubtrahend + eval <=
                                       alpha) ||
@@ -300,15 +308,11 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                          P.lateMovePruningQuarters * depth / 4 + P.lateMovePruningBase &&
                      !moveIsActive() && (!threat || !answersThreat(board, m, threat))) ||
                     (depth < 8 && moveSee() < -P.seeQuietPruning * depth * depth);
-                if (pruned || exchangeLoses()) {
-                    if (!checkInfoReady) computeCheckInfo(board, checkInfo), checkInfoReady = true;
-                    exchangeTest = givesCheck(board, m, checkInfo);
-                } else {
-                    exchangeTest = false;
-                }
-                if (pruned && !exchangeTest) continue;
+                const bool checks = (quietPrunes || exchangeLoses()) && moveChecks(m);
+                if (checks ? exchangeLoses() : quietPrunes) continue;
+            } else if (exchangeLoses()) {
+                continue;
             }
-            if (exchangeTest && exchangeLoses()) continue;
 
             prefetchChild(m);
             movesSearched++;

@@ -17,7 +17,9 @@ void save(T& word, T value) {
 uint32_t markOf(uint32_t data) { return data >> 29; }
 uint32_t depthOf(uint32_t moveDepth) { return moveDepth >> 25; }
 
-uint32_t packMoveDepth(Move move, int depth) { return (move & MOVE_MASK) | uint32_t(depth & 127) << 25; }
+uint32_t packMoveDepth(Move move, int depth) {
+    return (move & MOVE_MASK) | uint32_t(depth & 127) << 25;
+}
 uint32_t packData(Bound bound, int score, uint32_t mark) {
     return uint32_t(bound) | uint32_t(score + 65536) << 12 | mark << 29;
 }
@@ -66,7 +68,8 @@ ProbeResult TranspositionTable::probe(uint64_t key, int ply) {
     return {};
 }
 
-void TranspositionTable::store(uint64_t key, int ply, int depth, Bound bound, int score, Move move) {
+void TranspositionTable::store(uint64_t key, int ply, int depth, Bound bound, int score,
+                               Move move) {
     TTCluster& cluster = clusters[key & mask];
     score = scoreToTable(score, ply);
     for (int i = 0; i < 4; i++) {

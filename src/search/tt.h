@@ -7,7 +7,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-
 #include <memory>
 
 #include "core/types.h"
@@ -34,7 +33,7 @@ struct ProbeResult {
 };
 
 class TranspositionTable {
-public:
+  public:
     TranspositionTable() = default;
     TranspositionTable(const TranspositionTable&) = delete;
     TranspositionTable& operator=(const TranspositionTable&) = delete;
@@ -57,7 +56,7 @@ public:
     static constexpr uint32_t FRESH_MARK = 1;    // newly placed entry
     static constexpr uint32_t TOUCHED_MARK = 2;  // hit by a probe or overwritten with its own key
 
-private:
+  private:
     // Pages come zeroed from the system on first touch and are handed back by clear().
     std::unique_ptr<ZeroedBuffer> memory;
     TTCluster* clusters = nullptr;
@@ -76,8 +75,12 @@ private:
 // slower one found through another path.
 constexpr int MATE_SCORE_BOUND = 32511;
 constexpr int scoreToTable(int score, int ply) {
-    return score >= MATE_SCORE_BOUND ? score + ply : score <= -MATE_SCORE_BOUND ? score - ply : score;
+    return score >= MATE_SCORE_BOUND    ? score + ply
+           : score <= -MATE_SCORE_BOUND ? score - ply
+                                        : score;
 }
 constexpr int scoreFromTable(int score, int ply) {
-    return score >= MATE_SCORE_BOUND ? score - ply : score <= -MATE_SCORE_BOUND ? score + ply : score;
+    return score >= MATE_SCORE_BOUND    ? score - ply
+           : score <= -MATE_SCORE_BOUND ? score + ply
+                                        : score;
 }

@@ -1,6 +1,5 @@
 #include "uci/input_thread.h"
 
-#include <chrono>
 #include <iostream>
 
 #include "core/text.h"
@@ -10,18 +9,19 @@ TInputThread::TInputThread() { reader = std::thread(&TInputThread::run, this); }
 
 TInputThread::~TInputThread() {
     stopRequested = 1;
+    // A reader waiting for the slot to empty wakes and sees the stop.
+    lineReady = 0;
+    lineReady.notify_one();
     if (reader.joinable()) reader.join();
 }
 
 void TInputThread::run() {
     while (!stopRequested) {
-        if (lineReady) {
-            // The command loop has not taken the last line yet. It looks every 10 ms, or not at
-            // all while a long command such as bench runs: sleeping, not spinning, leaves the
-            // processor to the search.
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            continue;
-        }
+        // Sleeps until the command loop has taken the last line: no processor time is spent
+        // while a long command such as bench runs, and the next line of a burst ("position"
+        // then "go") is in the slot by the time the loop looks again.
+        lineReady.wait(1);
+        if (stopRequested) break;
         std::string next;
         if (!readLine(std::cin, next)) next = "quit";  // end of input ends the program
         // Only an exact "quit" ends the reader; the flag is never cleared, so a stop requested
@@ -39,5 +39,6 @@ bool TInputThread::takeLine(std::string& out, int64_t& readAt) {
     out = line;
     readAt = lineTime;
     lineReady = 0;
+    lineReady.notify_one();
     return true;
 }

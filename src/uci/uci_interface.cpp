@@ -3,8 +3,8 @@
 #include <chrono>
 #include <thread>
 
+#include "search/timeman.h"
 #include "uci/console.h"
-
 
 UciInterface::UciInterface() {
     consolePrint(identification() + " by Vannos, " + ENGINE_VERSION);
@@ -20,13 +20,19 @@ UciInterface::~UciInterface() {
 
 void UciInterface::commandLoop() {
     std::string line;
-    int64_t readAt = 0;
+    int64_t readAt = 0, lastCommand = 0;
     for (;;) {
         if (!input->takeLine(line, readAt)) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            // A GUI sends its lines in bursts ("position", then "go" at once): right after a
+            // command the loop looks again for a moment before it sleeps between polls, so that
+            // the next line does not wait 10 ms on the engine's clock.
+            if (TimeManager::now() - lastCommand < 2)
+                std::this_thread::yield();
+            else
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
             continue;
         }
         if (!line.empty() && !engine->dispatch(line, readAt)) return;
+        lastCommand = TimeManager::now();
     }
 }
-
