@@ -57,7 +57,7 @@ class TranspositionTable {
     static constexpr uint32_t TOUCHED_MARK = 2;  // hit by a probe or overwritten with its own key
 
   private:
-    // Pages come zeroed from the system on first touch and are handed back by clear().
+    // Pages come zeroed from the system on first touch; clear() writes the zeros again.
     std::unique_ptr<ZeroedBuffer> memory;
     TTCluster* clusters = nullptr;
     uint64_t clusterCount = 0;
