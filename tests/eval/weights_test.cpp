@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "core/board.h"
 #include "core/text.h"
 #include "eval/evaluator.h"
@@ -97,40 +95,6 @@ TEST_F(Weights, DerivedTablesAtTheirEdges) {
     EXPECT_EQ(t.trappedBishopFarMg, -98);
     EXPECT_EQ(t.fullNonPawnMaterial, 1310 + 2 * (548 + 407 + 407));
     EXPECT_EQ(t.attackingMaterial, 2 * 548 + 407 + 1);
-}
-
-// Every id whose derived quantity is a penalty gives a negative value from a positive weight.
-TEST_F(Weights, NegatedIdsArePenalties) {
-    const EvalTables& t = evalTables;
-    auto both = [](int v) { return Score{v, v}; };
-    const std::pair<int, std::function<Score()>> cases[] = {
-        {7, [&] { return both(t.rookPairEg); }},
-        {20, [&] { return t.doubledIsolated[4]; }},
-        {21, [&] { return t.doubled[4]; }},
-        {22, [&] { return t.isolatedOpposed[3]; }},
-        {23, [&] { return t.isolated[4]; }},
-        {24, [&] { return t.backwardOpposed[4]; }},
-        {25, [&] { return t.backward[4]; }},
-        {27, [&] { return t.pawnIsland; }},
-        {49, [&] { return t.shelter[3]; }},
-        {49, [&] { return both(t.pawnlessFlankEg); }},
-        {54, [&] { return both(t.passerOwnKingEg[7]); }},
-        {59, [&] { return both(t.blockedPasserEg); }},
-        {60, [&] { return both(t.enemyRookBehindPasserEg); }},
-        {67, [&] { return both(t.blockedCentrePawnMg); }},
-        {69, [&] { return t.hanging; }},
-        {70, [&] { return both(t.trappedRookMg); }},
-        {71, [&] { return both(t.trappedBishopMg); }},
-        {71, [&] { return both(t.trappedBishopFarMg); }},
-        {72, [&] { return t.trappedKnight; }},
-        {73, [&] { return t.minorBehindPawn; }},
-    };
-    for (const auto& [id, derived] : cases) {
-        ResetWeights();
-        EXPECT_EQ(run("setweight id " + std::to_string(id) + " values 12 12"), "");
-        EXPECT_LT(derived().mg, 0) << "id " << id;
-        EXPECT_LT(derived().eg, 0) << "id " << id;
-    }
 }
 
 // The evaluation cache holds scores of the old weights; the next evaluation must not use them,

@@ -115,19 +115,3 @@ TEST_F(Robustness, FailuresInTheMiddleOfAScript) {
                    "Detailed evaluation information not available!"}}});
     expectUnharmed();
 }
-
-// Piece values that bring the full non-pawn material to zero are accepted, and a search with
-// them in a position with an attack on the king still ends with its move.
-TEST_F(Robustness, AcceptedWeightsKeepTheSearchAlive) {
-    EXPECT_EQ(engine.command(Lines{"setweight id 5 values 2 2", "setweight id 4 values -1 -1",
-                                   "setweight id 3 values -1 -1", "setweight id 2 values 1 1",
-                                   "position fen r1b1k2r/ppppqppp/2n2n2/8/1bB1P3/2N2Q2/PPPP1PPP/"
-                                   "R1B1K1NR w KQkq - 0 1"}),
-              Lines{});
-    engine.sendLine("go depth 3");
-    Lines out = engine.readLinesUntil([](const std::string& l) { return l.starts_with("bestmove "); });
-    EXPECT_EQ(out.size(), 4u) << "three iterations and the move";
-    EXPECT_EQ(engine.command(Lines{"setweight default", GAME}),
-              Lines{"weights are resetted to defaults"});
-    expectUnharmed();
-}
