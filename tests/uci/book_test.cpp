@@ -48,35 +48,22 @@ std::string bestMoveOf(EngineProcess& engine, const std::string& go) {
 TEST(Book, NewGameReports) {
     const std::string INVALID = "warning: medium.mbk is not a valid book file";
     const std::string INTERNAL = "info opening book initialized with 24278 positions";
+    const Lines NO_FALLBACK = {"setoption name Fallback to Internal Book value false"};
+    // clang-format off
     const struct {
         const char* what;
         std::string file;  // medium.mbk in the working directory; empty: none
-        Lines setup;
-        Lines reply;
+        Lines setup, reply;
     } cases[] = {
+        // The default medium.mbk is missing: the internal book, without a warning.
         {"internal book with the default table", "", {}, {INTERNAL}},
-        {"a small table takes fewer positions",
-         "",
-         {"setoption name Hash value 1"},
+        {"a small table takes fewer positions", "", {"setoption name Hash value 1"},
          {"~info opening book initialized with 2[0-3][0-9]{3} positions"}},
-        {"both book options off",
-         "",
-         {"setoption name OwnBook value false",
-          "setoption name Fallback to Internal Book value false"},
-         {}},
-        {"a book file that does not exist is switched off silently",
-         "",
-         {"setoption name Book File value missing.mbk"},
-         {INTERNAL}},
-        {"fifteen bytes hold no record",
-         std::string(15, 'x'),
-         {"setoption name Fallback to Internal Book value false"},
-         {INVALID}},
-        {"no start position",
-         bookBytes({{AFTER_E4_KEY, E7E5, 100}}),
-         {"setoption name Fallback to Internal Book value false"},
-         {INVALID}},
+        {"both book options off", "", {"setoption name OwnBook value false", NO_FALLBACK[0]}, {}},
+        {"fifteen bytes hold no record", std::string(15, 'x'), NO_FALLBACK, {INVALID}},
+        {"no start position", bookBytes({{AFTER_E4_KEY, E7E5, 100}}), NO_FALLBACK, {INVALID}},
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         ScratchDirectory directory;

@@ -43,7 +43,6 @@ TEST(CommandFile, RunsLinesAsTyped) {
             {{"runcmdfile my file.txt"}, {"File my not found"}},  // the name ends at a blank
             {{"runcmdfile  replies.txt"}, {"File  not found"}},   // two blanks: an empty name
             {{"runcmdfile replies.txt"}, replies},
-            {{"runcmdfile replies.txt and more words"}, replies},
             {{"runcmdfile no_newline.txt"}, {EVAL, TBTEST_USAGE}},
             {{"runcmdfile crlf.txt"}, {EVAL, TBTEST_USAGE}},
             {{"runcmdfile outer.txt"}, {EVAL, "Unknown command : xyz", TBTEST_USAGE}},

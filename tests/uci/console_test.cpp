@@ -34,7 +34,8 @@ TEST(Console, CommandReplies) {
             {{"runwdlfen"}, {"0"}},
             {{"tbtest krkp", "tbtest abcd"},  // the name is not checked
              {"Gaviota TableBase Support not compiled", "Gaviota TableBase Support not compiled"}},
-            {{"tbtest kk"}, {"Usage: tbtest EndGameId [KRKP, KRKB ...]"}},
+            {{"tbtest kk", "tbtest", "eval"},  // a failing command leaves the next one alone
+             {"Usage: tbtest EndGameId [KRKP, KRKB ...]", "~Error in command 'tbtest'.*", EVAL}},
             {{"xyz abc def"}, {"Unknown command : xyz"}},  // only the command word is echoed
             {{"Quit"}, {"Unknown command : Quit"}},
             {{"eval\r"}, {EVAL}},  // a carriage return before the line feed ends the line

@@ -64,27 +64,22 @@ TEST_F(Robustness, RandomByteLines) {
     expectUnharmed();
 }
 
-// A broken FEN is refused with one line. The parser meets every broken shape in its own tests;
-// these are the shapes of the console's line splitting and one of each kind of refusal.
+// A broken FEN is refused with one line, and a placement that stops short of h1 is an error
+// after which the next commands still run. The parser meets every broken shape in its own
+// tests; these are the shapes of the console's line splitting.
 TEST_F(Robustness, BrokenFens) {
     const std::string BAD = "Invalid FEN", MALFORMED = "Invalid position string";
     expectRefused(
         {{"position fen ", MALFORMED},
          {"position fen w ", MALFORMED},
          {"position fen /////// w ", BAD},
-         {"position fen 8/8/8/8/8/8/8/8 w - - 0 1", BAD},  // no kings
          {"position fen rnbqkbnr/pppp pppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", BAD},
-         {"position fen 4k3/4R3/8/8/8/8/8/4K3 w - - 0 1", BAD},  // the side not to move in check
-         {"position fen 4k3/8/8/8/8/8/PPPPPPPP/QQ2K3 w - - 0 1",
-          BAD},  // a promoted queen beside eight pawns
          {"position fen rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR\t w KQkq - 0 1", BAD}});
     // A placement that stops short of h1 fails while being read; the loop reports it.
-    for (const std::string fen : {"8/8/8/8/8/8/8/kK w", "k7/8/8/8/8/8/8/K w"}) {
-        auto [reply, game] = commandAndGame(engine, "position fen " + fen);
-        ASSERT_EQ(reply.size(), 1u) << fen;
-        EXPECT_TRUE(reply[0].starts_with("Error in command 'position'")) << reply[0];
-        EXPECT_EQ(game, expectedGame) << fen;
-    }
+    auto [reply, game] = commandAndGame(engine, "position fen 8/8/8/8/8/8/8/kK w");
+    ASSERT_EQ(reply.size(), 1u);
+    EXPECT_TRUE(reply[0].starts_with("Error in command 'position'")) << reply[0];
+    EXPECT_EQ(game, expectedGame);
     expectUnharmed();
 }
 
@@ -102,16 +97,5 @@ TEST_F(Robustness, BrokenMovesInPositionLine) {
             << bad;
     }
     ASSERT_EQ(engine.command(GAME), Lines{});
-    expectUnharmed();
-}
-
-// A failed command in the middle of a script does not disturb the commands around it.
-TEST_F(Robustness, FailuresInTheMiddleOfAScript) {
-    expectTranscript(
-        engine, {{{"eval", "tbtest", "position fen 8/8/8/8/8/8/8/kK w",
-                   "position fen 8/8/8/8/8/8/8/8 w", "e2e5", "eval"},
-                  {"Detailed evaluation information not available!", "~Error in command 'tbtest'.*",
-                   "~Error in command 'position'.*", "Invalid FEN", "Illegal move: e2e5",
-                   "Detailed evaluation information not available!"}}});
     expectUnharmed();
 }
