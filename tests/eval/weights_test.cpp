@@ -29,28 +29,19 @@ class Weights : public ::testing::Test {
 
 TEST_F(Weights, CommandMessages) {
     struct Case {
-        std::string line;
-        std::string reply;
+        std::string line, reply;
         int id;  // entry to check afterwards, -1 for none
         Score expected;
     };
+    // clang-format off
     const Case cases[] = {
         {"setweight id 0 values 50 50", "", 0, {101, 113}},
         {"setweight id 1 values 50 50", "", 1, {32000, 32000}},
         {"setweight id 2 values 555 406", "", 2, {555, 406}},
-        {"setweight id 2 values 556 406",
-         "Incorrect weight pair (556, 406) ---> valid range -1 .. 255)",
-         2,
-         {407, 406}},
+        {"setweight id 2 values 556 406", "Incorrect weight pair (556, 406) ---> valid range -1 .. 255)", 2, {407, 406}},
         {"setweight id 70 values 25 -1", "", 70, {25, -1}},
-        {"setweight id 70 values 26 -1",
-         "Incorrect weight pair (26, -1) ---> valid range -1 .. 15)",
-         70,
-         {11, -1}},
-        {"setweight id 20 values -2 5",
-         "Incorrect weight pair (-2, 5) ---> valid range -1 .. 63)",
-         20,
-         {9, 38}},
+        {"setweight id 70 values 26 -1", "Incorrect weight pair (26, -1) ---> valid range -1 .. 15)", 70, {11, -1}},
+        {"setweight id 20 values -2 5", "Incorrect weight pair (-2, 5) ---> valid range -1 .. 63)", 20, {9, 38}},
         {"setweight id 20 values -1 5", "", 20, {-1, 5}},
         {"setweight id 6 values abc 7", "", 6, {-1, 7}},
         {"setweight id 5 value 1300 1200 -q", "", 5, {1300, 1200}},
@@ -62,6 +53,7 @@ TEST_F(Weights, CommandMessages) {
         {"setweight id 5 values", USAGE, -1, {}},
         {"setweight ids 5 values 1 2", USAGE, -1, {}},
     };
+    // clang-format on
     for (const Case& c : cases) {
         ResetWeights();
         RecomputeDerived();

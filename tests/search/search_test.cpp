@@ -100,7 +100,6 @@ TEST(Search, RepetitionsAndTheFiftyMoveRuleScoreZero) {
         {rooksUp + " moves g1h1 a3a4 h1g1 a4a3", 4, true},  // g1h1 repeats the game
         {queenRook + "99 80", 1, false},
         {queenRook + "100 80", 1, true},
-        {queenRook + "150 80", 3, true},
     };
     for (const auto& c : cases) {
         Outcome out = search(c.position, c.depth);

@@ -4,13 +4,11 @@
 #   fake_uci_engine.sh MODE [SCORE] MOVE...
 # MODE: play, illegal (answers a1a8), stall (never answers go), crash (exits on go), slow
 # (answers after 0.3 s), mute (never sends uciok), score (reports SCORE in centipawns).
-# With FAKE_UCI_LOG set, every line received is appended to that file.
 mode=$1
 shift
 [ "$mode" = score ] && score=$1 && shift
 moves=("$@")
 while read -r line; do
-    [ -n "$FAKE_UCI_LOG" ] && echo "$line" >>"$FAKE_UCI_LOG"
     case "$line" in
     uci) echo "id name Fake $mode" && [ "$mode" != mute ] && echo uciok ;;
     isready) echo readyok ;;
