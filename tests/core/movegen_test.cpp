@@ -109,7 +109,7 @@ std::vector<Move> sorted(std::vector<Move> moves) {
     return moves;
 }
 
-// The published perft positions, corner cases they lack and positions along random games.
+// Corner cases that the published positions lack, then positions from random games.
 const std::vector<std::string>& positions() {
     static const std::vector<std::string> fens = [] {
         std::vector<std::string> fens = {
@@ -119,18 +119,8 @@ const std::vector<std::string>& positions() {
             "K3r2k/1P6/8/8/8/8/8/8 w - - 0 1",    "8/8/8/K2pP2r/8/8/8/4k3 w - d6 0 1",
             "1b2k3/8/8/3pP3/8/8/7K/8 w - d6 0 1", "4k1b1/8/8/3pP3/8/8/K7/8 w - d6 0 1",
         };
-        for (const std::string& fen : coretest::perftFens()) fens.push_back(fen + " 0 1");
-        std::mt19937_64 rng(99);
-        auto board = coretest::newBoard();
-        for (const std::string& opening : coretest::someOpenings(20)) {
-            if (board->setFen(opening) != 0) continue;  // reported by the FEN tests
-            for (int ply = 0; ply < 80; ply++) {
-                Move m = coretest::randomMove(*board, rng);
-                if (!m) break;
-                board->makeMove(m);
-                if (ply % 4 == 0 || board->inCheck()) fens.push_back(board->getFen());
-            }
-        }
+        const std::vector<std::string>& games = coretest::randomGamePositions();
+        fens.insert(fens.end(), games.begin(), games.end());
         return fens;
     }();
     return fens;

@@ -56,19 +56,8 @@ TEST(Notation, San) {
 // Every legal move of many positions gets its own SAN, which reads back to the same move.
 TEST(Notation, SanRoundTrip) {
     auto board = coretest::newBoard();
-    std::mt19937_64 rng(11);
-    std::vector<std::string> fens = coretest::perftFens();
-    for (const std::string& opening : coretest::someOpenings(20)) {
-        ASSERT_EQ(board->setFen(opening), 0);
-        for (int ply = 0; ply < 60; ply++) {
-            Move m = coretest::randomMove(*board, rng);
-            if (!m) break;
-            board->makeMove(m);
-            if (ply % 6 == 5) fens.push_back(board->getFen());
-        }
-    }
     int checks = 0, mates = 0;
-    for (const std::string& fen : fens) {
+    for (const std::string& fen : coretest::randomGamePositions()) {
         ASSERT_EQ(board->setFen(fen), 0) << fen;
         std::set<std::string> written;
         const std::vector<Move> legal = coretest::legalMoves(*board);

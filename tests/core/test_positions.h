@@ -62,6 +62,28 @@ inline Move randomMove(Board& board, std::mt19937_64& rng) {
     return moves.empty() ? 0 : moves[rng() % moves.size()];
 }
 
+// The published perft positions and, along random games from every 20th opening, the position
+// after every fourth ply and every check.
+inline const std::vector<std::string>& randomGamePositions() {
+    static const std::vector<std::string> fens = [] {
+        std::vector<std::string> fens;
+        for (const std::string& fen : perftFens()) fens.push_back(fen + " 0 1");
+        std::mt19937_64 rng(99);
+        auto board = newBoard();
+        for (const std::string& opening : someOpenings(20)) {
+            if (board->setFen(opening) != 0) continue;  // reported by the FEN tests
+            for (int ply = 0; ply < 80; ply++) {
+                Move m = randomMove(*board, rng);
+                if (!m) break;
+                board->makeMove(m);
+                if (ply % 4 == 0 || board->inCheck()) fens.push_back(board->getFen());
+            }
+        }
+        return fens;
+    }();
+    return fens;
+}
+
 // The fields that a position determines, without the history behind it, as one list.
 inline std::vector<uint64_t> positionFields(const Board& b) {
     const PositionState& st = b.state();
