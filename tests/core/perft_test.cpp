@@ -1,4 +1,5 @@
-// The move generator is proved by the published leaf counts of 126 positions.
+// The move generator is proved by the published leaf counts of 126 positions and by the counts
+// of the corner cases they lack.
 #include "tools/perft.h"
 
 #include <gtest/gtest.h>
@@ -6,8 +7,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "core/board.h"
-#include "core/movegen.h"
+#include "test_positions.h"
 
 // Every depth whose count is below ten million; perft leaves the position as it found it.
 TEST(Perft, PublishedCountsBelowTenMillion) {
@@ -26,4 +26,12 @@ TEST(Perft, PublishedCountsBelowTenMillion) {
         EXPECT_EQ(board.getFen().substr(0, fen.size()), fen);
     }
     EXPECT_EQ(positions, 126);
+}
+
+TEST(Perft, CornerCases) {
+    Board board;
+    for (const auto& [fen, count] : coretest::CORNER_CASES) {
+        ASSERT_EQ(board.setFen(fen), 0) << fen;
+        EXPECT_EQ(perft(board, 5), count) << fen;
+    }
 }
