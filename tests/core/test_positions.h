@@ -71,7 +71,7 @@ inline const std::vector<std::string>& randomGamePositions() {
         std::mt19937_64 rng(99);
         auto board = newBoard();
         for (const std::string& opening : someOpenings(20)) {
-            if (board->setFen(opening) != 0) continue;  // reported by the FEN tests
+            if (board->setFen(opening) != 0) continue;  // MakeMove reports it
             for (int ply = 0; ply < 80; ply++) {
                 Move m = randomMove(*board, rng);
                 if (!m) break;
