@@ -27,7 +27,6 @@ TEST(Console, CommandReplies) {
               "option name Console Mode type check default false",
               "option name CommandFile type string default <NONE>",
               "info internal book positions 24278 moves 34622", "uciok"}},
-            {{"isready \t \t"}, {"readyok"}},  // trailing blanks and tabs do not count
             {{"eval"}, {EVAL}},
             {{"weights", "setparam Razoring 300"}, {}},
             {{"runwdlfen"}, {"0"}},

@@ -67,7 +67,6 @@ TEST(Epd, LoadAndRunReplies) {
             {{"runepd"}, solved(5, 7)},
             {{"runepd -q", "runepd -d2", "runepd -d3 -q", "runepd -q -d2"},
              {"5", solved(6, 7)[0], "Score: 6", "6", "6"}},
-            {{"runepd -d3 -d2"}, solved(6, 7)},
             // A failed load leaves the list. The table now holds the deeper searches, which a
             // depth-1 run may reuse to find the mate, so this run is to depth 2.
             {{"loadepd missing.epd", "runepd -d2 -q"}, {MISSING[0], "6"}},
