@@ -84,10 +84,10 @@ inline const std::vector<std::string>& randomGamePositions() {
     return fens;
 }
 
-// Corner cases that the published positions lack, with the leaf count at depth 5 that a slow
-// generator knowing nothing of bitboards gave: castling past an attacked rook or b1; a
-// promotion out of a pin; en passant that uncovers the king along the rank, off a diagonal, or
-// not at all.
+// Corner cases that the published positions lack, with their leaf counts at depth 5 as
+// independent generators give them: castling past an attacked rook or b1; a promotion out of
+// a pin; en passant that uncovers the king along the rank, off a diagonal, or not at all, or
+// that takes the pawn giving check.
 struct CountedPosition {
     const char* fen;
     uint64_t perft5;
@@ -96,6 +96,7 @@ inline constexpr CountedPosition CORNER_CASES[] = {
     {"1r2k3/8/8/8/8/8/8/R3K3 w Q - 0 1", 953159},  {"4k3/8/8/8/8/8/1p6/R3K3 b Q - 0 1", 230789},
     {"K3r2k/1P6/8/8/8/8/8/8 w - - 0 1", 37154},    {"8/8/8/K2pP2r/8/8/8/4k3 w - d6 0 1", 78822},
     {"1b2k3/8/8/3pP3/8/8/7K/8 w - d6 0 1", 25828}, {"4k1b1/8/8/3pP3/8/8/K7/8 w - d6 0 1", 19501},
+    {"8/8/8/2k5/3Pp3/8/8/4K3 b - d3 0 1", 17879},
 };
 
 // The fields that a position determines, without the history behind it, as one list.
