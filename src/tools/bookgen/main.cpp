@@ -1,6 +1,7 @@
 // morvane-bookgen: builds the internal opening book and a book file from the engine's own
 // searches. See README.md beside this file.
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -60,15 +61,18 @@ struct Searched {
     int kept = 0;
 };
 
-// Shares of the kept moves, adding up to 100: linear in the distance from the best score.
-std::vector<int> weightsOf(const std::vector<Candidate>& c, int kept, int margin) {
-    std::vector<int> raw(kept);
-    int sum = 0;
+// Shares of the kept moves, adding up to 100: halved for every 5 centipawns a move stands below
+// the best, so that moves the search finds equal are played equally often and a clearly worse one
+// rarely (a game against an unprepared opponent gains nothing from variety, only from quality).
+std::vector<int> weightsOf(const std::vector<Candidate>& c, int kept) {
+    constexpr double HALVING_CENTIPAWNS = 5;
+    std::vector<double> raw(kept);
+    double sum = 0;
     for (int i = 0; i < kept; i++)
-        sum += raw[i] = margin + 1 - std::min(margin, c[0].score - c[i].score);
+        sum += raw[i] = std::exp2(-(c[0].score - c[i].score) / HALVING_CENTIPAWNS);
     std::vector<int> shares(kept);
     int given = 0;
-    for (int i = 0; i < kept; i++) given += shares[i] = std::max(1, raw[i] * 100 / sum);
+    for (int i = 0; i < kept; i++) given += shares[i] = std::max(1, int(raw[i] * 100 / sum));
     shares[0] += 100 - given;
     return shares;
 }
@@ -229,7 +233,7 @@ int main(int argc, char** argv) {
             r.kept = kept;
             records += kept;
             done.push_back(r);
-            enqueueChildren(r, weightsOf(r.candidates, kept, s.margin));
+            enqueueChildren(r, weightsOf(r.candidates, kept));
         }
         std::cerr << "\r" << done.size() << " positions, " << records << " records" << std::flush;
     }
@@ -254,7 +258,7 @@ int main(int argc, char** argv) {
     for (size_t n = 0; n < done.size(); n++) {
         const Searched& d = done[n];
         std::vector<int> shares = n == 0 ? std::vector<int>(startWeights, startWeights + 6)
-                                         : weightsOf(d.candidates, d.kept, s.margin);
+                                         : weightsOf(d.candidates, d.kept);
         for (int i = 0; i < d.kept; i++) {
             entries.push_back({d.key, d.candidates[i].move & MOVE_MASK, uint8_t(shares[i]), {}});
             if (n) worstLoss = std::max(worstLoss, d.candidates[0].score - d.candidates[i].score);
