@@ -8,9 +8,9 @@
 #include <string_view>
 
 #include "core/attacks.h"
+#include "core/endgame_id.h"
 #include "core/types.h"
 #include "core/zobrist.h"
-#include "eval/endgame.h"
 
 constexpr int MAX_STATES = 1024;  // state records, index 0 being the root position
 constexpr int MAX_PLY = 128;      // per-ply move lists of the search

@@ -1,8 +1,8 @@
 #include "core/print.h"
 
 #include "core/board.h"
+#include "core/endgame_id.h"
 #include "core/names.h"
-#include "eval/endgame.h"
 
 namespace {
 

@@ -3,15 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/console.h"
 #include "core/movegen.h"
 #include "core/notation.h"
 #include "core/threats.h"
-#include "search/tactics.h"
 #include "eval/evaluator.h"
 #include "search/search_params.h"
 #include "search/see.h"
+#include "search/tactics.h"
 #include "search/threads.h"
-#include "uci/console.h"
 
 std::string uciScore(int score) {
     if (score != NO_VALUE && score >= 31744) return "mate " + std::to_string((32768 - score) / 2);

@@ -2,6 +2,7 @@
 // extensions, and quiescence, which resolves captures below the horizon.
 #include <algorithm>
 
+#include "core/console.h"
 #include "core/movegen.h"
 #include "core/threats.h"
 #include "eval/evaluator.h"
@@ -11,7 +12,6 @@
 #include "search/see.h"
 #include "search/tactics.h"
 #include "search/threads.h"
-#include "uci/console.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <chrono>
 
+#include "core/console.h"
 #include "core/movegen.h"
 #include "core/notation.h"
 #include "eval/evaluator.h"
-#include "uci/console.h"
 
 namespace {
 

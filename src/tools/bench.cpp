@@ -4,10 +4,10 @@
 #include <sstream>
 #include <vector>
 
+#include "core/console.h"
 #include "core/notation.h"
 #include "search/timeman.h"
 #include "tools/bench_positions.h"
-#include "uci/console.h"
 #include "uci/engine.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <thread>
 
 #include "core/board.h"
+#include "core/console.h"
 #include "core/notation.h"
 #include "core/text.h"
-#include "uci/console.h"
 #include "uci/engine.h"
 
 namespace {

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "core/board.h"
+#include "core/console.h"
 #include "core/movegen.h"
 #include "core/notation.h"
 #include "core/text.h"
-#include "uci/console.h"
 
 namespace {
 

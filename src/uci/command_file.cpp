@@ -2,8 +2,8 @@
 // engine's configuration files.
 #include <fstream>
 
+#include "core/console.h"
 #include "core/text.h"
-#include "uci/console.h"
 #include "uci/engine.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include <exception>
 #include <string_view>
 
+#include "core/console.h"
 #include "core/text.h"
 #include "search/timeman.h"
-#include "uci/console.h"
 #include "uci/engine.h"
 
 namespace {

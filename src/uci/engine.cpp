@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/console.h"
 #include "core/notation.h"
 #include "core/print.h"
 #include "core/text.h"
@@ -10,7 +11,6 @@
 #include "search/endgame_tables.h"
 #include "tools/evaltest.h"
 #include "tools/perft.h"
-#include "uci/console.h"
 
 const char* const ENGINE_NAME = "Morvane";
 const char* const ENGINE_VERSION = "2019.10.5";

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <string>
 
+#include "core/console.h"
 #include "core/text.h"
-#include "uci/console.h"
 #include "uci/engine.h"
 
 namespace {

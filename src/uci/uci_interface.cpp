@@ -3,8 +3,8 @@
 #include <chrono>
 #include <thread>
 
+#include "core/console.h"
 #include "search/timeman.h"
-#include "uci/console.h"
 
 UciInterface::UciInterface() {
     consolePrint(identification() + " by Vannos, " + ENGINE_VERSION);

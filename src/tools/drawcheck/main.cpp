@@ -10,7 +10,7 @@
 #include <string>
 
 #include "core/board.h"
-#include "eval/endgame.h"
+#include "core/endgame_id.h"
 #include "eval/evaluator.h"
 #include "search/endgame_tables.h"
 #include "tools/match/uci_engine.h"

@@ -1,4 +1,4 @@
-#include "uci/console.h"
+#include "core/console.h"
 
 #include <iostream>
 #include <mutex>

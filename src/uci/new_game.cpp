@@ -5,7 +5,7 @@
 
 #include "book/book.h"
 #include "book/internal_book.h"
-#include "uci/console.h"
+#include "core/console.h"
 #include "uci/engine.h"
 
 bool Engine::ucinewgame(std::string&) {

@@ -1,4 +1,4 @@
-#include "eval/endgame.h"
+#include "core/endgame_id.h"
 
 #include <algorithm>
 #include <string>
