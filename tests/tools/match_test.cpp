@@ -251,16 +251,6 @@ TEST(MatchOptions, ReadsTheCommandLineAndRejectsBrokenOnes) {
         EXPECT_TRUE(*part ? error.find(part) != std::string::npos : error.empty())
             << line << " -> " << error;
     }
-    MatchOptions o;
-    ASSERT_EQ(parseOptions(words("--engine name=M cmd=m option.Hash=64 option.Ponder=x dir=/tmp "
-                                 "--engine cmd=x --tc 2.5+0.05"),
-                           o),
-              "");
-    const EngineConfig& m = o.engines[0];
-    EXPECT_EQ(m.name + " " + m.command + " " + m.directory + " " + m.options[0].first + "=" +
-                  m.options[0].second + " " + m.options[1].first + "=" + m.options[1].second,
-              "M m /tmp Hash=64 Ponder=x");
-    EXPECT_EQ(o.game.timeControl.baseMs * 1000 + o.game.timeControl.incrementMs, 2500050);
 }
 
 // Whole games against the fake engine: each fault ends the game as the faulty side's loss, with
