@@ -96,8 +96,9 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
                 score += opposed ? t.backwardOpposed[file] : t.backward[file];
             if (!opposed) entry.weakUnopposed |= squareBB(sq);
         }
-        if (phalanx) score += t.phalanx * RANK_GROWTH[r];
-        if (support) score += t.supported * RANK_GROWTH[r];
+        // A chain facing an enemy pawn on its file cannot advance: half the bonus.
+        Score connected = (phalanx ? t.phalanx : Score{}) + (support ? t.supported : Score{});
+        score += scaleScore(connected, RANK_GROWTH[r], opposed ? 2 : 1);
 
         Bitboard sentries = theirPawns & at.attackSpan[Us][sq];
         if (!(theirPawns & at.passedMask[Us][sq]) && !doubled) {
