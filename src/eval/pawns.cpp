@@ -96,7 +96,7 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
                 score += opposed ? t.backwardOpposed[file] : t.backward[file];
             if (!opposed) entry.weakUnopposed |= squareBB(sq);
         }
-        // A chain facing an enemy pawn on its file cannot advance: half the bonus.
+        // With an enemy pawn ahead on its file the chain cannot run through: half the bonus.
         Score connected = (phalanx ? t.phalanx : Score{}) + (support ? t.supported : Score{});
         score += scaleScore(connected, RANK_GROWTH[r], opposed ? 2 : 1);
 

@@ -1,18 +1,16 @@
 // morvane-book: PolyGlot moves both ways, the weights as percentages, a book's round trip
 // through PolyGlot, malformed books refused, and an imported book played by the engine.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <numeric>
 
 #include "book/book_file.h"
 #include "core/notation.h"
+#include "scratch_directory.h"
+#include "tool_run.h"
 #include "tools/book/book_convert.h"
 #include "tools/book/polyglot_moves.h"
 
@@ -35,20 +33,6 @@ std::vector<BookEntry> lineRecords(const std::string& moves, std::vector<uint8_t
         if (moves.find(' ', at) == std::string::npos) break;
     }
     return records;
-}
-
-struct ToolRun {
-    int status;
-    std::string output;
-};
-
-ToolRun run(const std::string& command) {
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    std::string output;
-    char buffer[4096];
-    while (size_t n = fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, n);
-    int status = pclose(pipe);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
 }  // namespace
@@ -153,13 +137,10 @@ TEST(BookTool, RoundTripThroughPolyglot) {
 // Each malformed book gets one line and a failing status, and no output file; a PolyGlot book
 // built here is imported, and the engine plays its move after "ucinewgame".
 TEST(BookTool, CommandLine) {
-    namespace fs = std::filesystem;
-    const fs::path dir =
-        fs::temp_directory_path() / ("morvane-book-test-" + std::to_string(getpid()));
-    fs::create_directories(dir);
+    ScratchDirectory dir;
     auto write = [&](const std::string& name, const std::string& bytes) {
-        std::ofstream(dir / name, std::ios::binary) << bytes;
-        return (dir / name).string();
+        dir.write(name, bytes);
+        return (dir.path / name).string();
     };
     auto board = std::make_unique<Board>();
     const uint64_t start = board->key();
@@ -172,7 +153,7 @@ TEST(BookTool, CommandLine) {
                                               {start, polyglotWord("a2", "a3"), 7, 0}}));
     const std::string truncated = write("truncated.bin", std::string(17, '\0'));
     const std::string noise = write("noise.bin", std::string(32, '\xff'));
-    const std::string out = (dir / "out.mbk").string();
+    const std::string out = (dir.path / "out.mbk").string();
     const std::string tool = MORVANE_BOOK_BINARY;
 
     const struct {
@@ -184,7 +165,7 @@ TEST(BookTool, CommandLine) {
          "truncated (17 bytes is not a whole number of 16-byte entries)"},
         {"import " + noise + " " + out, 1, "neither a Morvane book nor a PolyGlot book"},
         {"import " + unsorted + " " + out, 1, "must be sorted by key"},
-        {"stats " + (dir / "missing.bin").string(), 1, "cannot be read"},
+        {"stats " + (dir.path / "missing.bin").string(), 1, "cannot be read"},
         {"probe " + good + " 'not a fen'", 1, "bad FEN: not a fen"},
         {"import " + good, 2, "usage:"},
         {"import " + good + " " + out, 0, "wrote 2 positions, 2 records"},
@@ -193,19 +174,18 @@ TEST(BookTool, CommandLine) {
         {"stats " + good, 0, "  ply 1: 1 (50.0%)"},
     };
     for (const auto& c : cases) {
-        ToolRun r = run(tool + " " + c.arguments);
+        ToolRun r = runTool(tool + " " + c.arguments);
         EXPECT_EQ(r.status, c.status) << c.arguments << "\n" << r.output;
         EXPECT_NE(r.output.find(c.expected), std::string::npos) << c.arguments << "\n" << r.output;
         if (c.status) {
             EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), c.status == 1 ? 1 : 4)
                 << r.output;
-            EXPECT_FALSE(fs::exists(out)) << c.arguments;
+            EXPECT_FALSE(std::filesystem::exists(out)) << c.arguments;
         }
     }
     // The engine never opens with a2a3 by itself.
     ToolRun game =
-        run("printf 'setoption name Book File value " + out +
+        runTool("printf 'setoption name Book File value " + out +
             "\\nucinewgame\\nposition startpos\\ngo depth 6\\nquit\\n' | " MORVANE_BINARY);
     EXPECT_NE(game.output.find("bestmove a2a3"), std::string::npos) << game.output;
-    fs::remove_all(dir);
 }

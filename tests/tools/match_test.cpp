@@ -2,17 +2,15 @@
 // scoreboard's pairing of games, PGN, the command line, and whole games against a scripted fake
 // engine that can misbehave.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <sstream>
 
 #include "core/board.h"
 #include "core/notation.h"
+#include "scratch_directory.h"
+#include "tool_run.h"
 #include "tools/match/game.h"
 #include "tools/match/match_options.h"
 #include "tools/match/openings.h"
@@ -299,10 +297,10 @@ TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
     // 7th opening's first game, which counts in W/D/L but not yet in the pairs.
     const std::string a = FAKE + " play e2e4 g8f6 f1c4 f6g8 d1h5 g8f6 h5f7 f6g8";
     const std::string b = FAKE + " play g1f3 e7e5 f3g1 b8c6 g1f3 g8f6 f3g1";
-    const std::string openings =
-        testing::TempDir() + "match_openings_" + std::to_string(getpid()) + ".epd";
-    std::ofstream(openings) << "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\n"
-                               "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -\n";
+    ScratchDirectory dir;
+    dir.writeLines("openings.epd", {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -",
+                                    "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -"});
+    const std::string openings = (dir.path / "openings.epd").string();
     // clang-format off
     const std::tuple<std::string, int, std::vector<std::string>> cases[] = {
         // Crashy loses both games by disconnecting: the PGN (written to standard output) says so
@@ -323,14 +321,9 @@ TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
     };
     // clang-format on
     for (const auto& [arguments, status, parts] : cases) {
-        FILE* pipe = popen((MORVANE_MATCH_BINARY " " + arguments + " 2>&1").c_str(), "r");
-        std::string output;
-        char buffer[4096];
-        while (size_t n = fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, n);
-        int exit = pclose(pipe);
-        EXPECT_EQ(WIFEXITED(exit) ? WEXITSTATUS(exit) : -1, status) << output;
+        ToolRun run = runTool(MORVANE_MATCH_BINARY " " + arguments);
+        EXPECT_EQ(run.status, status) << run.output;
         for (const std::string& part : parts)
-            EXPECT_NE(output.find(part), std::string::npos) << part << " in\n" << output;
+            EXPECT_NE(run.output.find(part), std::string::npos) << part << " in\n" << run.output;
     }
-    std::filesystem::remove(openings);
 }
