@@ -69,12 +69,13 @@ void TSearchThread::keyEvasions(MoveList& list, Move hashMove) {
 
 int TSearchThread::evaluate() { return evaluator->Evaluate(); }
 
-// Starts loading the table cluster and evaluation cache lines of the position after the move,
-// so the child's probes find them in cache.
-void TSearchThread::prefetchChild(Move m) const {
-    const uint64_t key = approximateChildKey(board, m);
-    tt.prefetch(key);
-    evaluator->prefetch(key);
+// The table cluster and evaluation cache line of each child, so that its probes find them.
+void TSearchThread::prefetchChildren(const MoveList& list, uint32_t i) const {
+    for (uint32_t k = i; k < std::min(i + 2, list.count); k++) {
+        const uint64_t key = approximateChildKey(board, list.moves[k] & MOVE_MASK);
+        tt.prefetch(key);
+        evaluator->prefetch(key);
+    }
 }
 
 int TSearchThread::recognizedEnding(int ply) {
@@ -314,7 +315,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 continue;
             }
 
-            prefetchChild(m);
+            prefetchChildren(list, i);
             movesSearched++;
             if (quiet) quietsSearched++;
             if (!firstMove) firstMove = m;
@@ -473,7 +474,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
                         continue;
                 }
             }
-            prefetchChild(m);
+            prefetchChildren(list, i);
             board.makeMove(m);
             int score = -quiescence(ply + 1, depth - 1, -beta, -alpha, childPv);
             board.unmakeMove(m);

@@ -92,8 +92,10 @@ protected:
     int quiescence(int ply, int depth, int alpha, int beta, Move* pv);
     // Static evaluation of the thread's board from the side to move's view.
     int evaluate();
-    // Starts loading what the probes of the position after the move will read.
-    void prefetchChild(Move m) const;
+    // Starts loading what the probes of the positions after move i of the list and after the
+    // move that follows it will read: the next move's lines then arrive while this one is
+    // searched, instead of while its own child waits for them.
+    void prefetchChildren(const MoveList& list, uint32_t i) const;
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
     int recognizedEnding(int ply);
     void keyEvasions(MoveList& list, Move hashMove);
