@@ -69,13 +69,21 @@ void TSearchThread::keyEvasions(MoveList& list, Move hashMove) {
 
 int TSearchThread::evaluate() { return evaluator->Evaluate(); }
 
-// The table cluster and evaluation cache line of each child, so that its probes find them.
+// The table cluster and evaluation cache line of the child, so that its probes find them.
+void TSearchThread::prefetchChild(Move m) const {
+    const uint64_t key = approximateChildKey(board, m);
+    tt.prefetch(key);
+    evaluator->prefetch(key);
+}
+
 void TSearchThread::prefetchChildren(const MoveList& list, uint32_t i) const {
-    for (uint32_t k = i; k < std::min(i + 2, list.count); k++) {
-        const uint64_t key = approximateChildKey(board, list.moves[k] & MOVE_MASK);
-        tt.prefetch(key);
-        evaluator->prefetch(key);
-    }
+    for (uint32_t k = i; k < std::min(i + 2, list.count); k++)
+        prefetchChild(list.moves[k] & MOVE_MASK);
+}
+
+// The table's move is not validated yet: only one whose piece codes are in range names a child.
+void TSearchThread::prefetchHashChild(Move m) const {
+    if (m && movePiece(m) <= B_KING && moveCaptured(m) <= B_KING) prefetchChild(m);
 }
 
 int TSearchThread::recognizedEnding(int ply) {
@@ -151,6 +159,10 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         }
     }
     Move hashMove = entry.move;
+    prefetchHashChild(hashMove);
+    // A null move may follow: its child's cluster arrives while this node evaluates.
+    if (nullAllowed && !pvNode && depth >= 2 && !inCheck)
+        tt.prefetch(st.key ^ board.zobrist.sideKey);
 
     int eval = inCheck ? NO_VALUE : evaluate();
     st.staticEval = eval;
@@ -413,6 +425,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
     if ((entry.bound == BOUND_EXACT || entry.bound == BOUND_UPPER) && entry.score <= alpha)
         return alpha;
     Move hashMove = entry.move;
+    prefetchHashChild(hashMove);
 
     if ((ply >= 120 && !inCheck) || ply >= 127) return evaluate();
     int eval = NO_VALUE;

@@ -92,10 +92,13 @@ protected:
     int quiescence(int ply, int depth, int alpha, int beta, Move* pv);
     // Static evaluation of the thread's board from the side to move's view.
     int evaluate();
-    // Starts loading what the probes of the positions after move i of the list and after the
-    // move that follows it will read: the next move's lines then arrive while this one is
-    // searched, instead of while its own child waits for them.
+    // Start loading what the probes of a child position will read. The children of move i of
+    // the list and of the move after it: the next move's lines then arrive while this one is
+    // searched, instead of while its own child waits for them. The child of the table's move,
+    // searched first, as soon as the table names it.
+    void prefetchChild(Move m) const;
     void prefetchChildren(const MoveList& list, uint32_t i) const;
+    void prefetchHashChild(Move m) const;
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
     int recognizedEnding(int ply);
     void keyEvasions(MoveList& list, Move hashMove);
