@@ -161,8 +161,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
     Move hashMove = entry.move;
     prefetchHashChild(hashMove);
     // A null move may follow: its child's cluster arrives while this node evaluates.
-    if (nullAllowed && !pvNode && depth >= 2 && !inCheck)
-        tt.prefetch(st.key ^ board.zobrist.sideKey);
+    const bool nullMayFollow = nullAllowed && !pvNode && depth >= 2 && !inCheck;
+    if (nullMayFollow) tt.prefetch(st.key ^ board.zobrist.sideKey);
 
     int eval = inCheck ? NO_VALUE : evaluate();
     st.staticEval = eval;
@@ -188,7 +188,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         return beta;
 
     Move threat = 0;
-    if (nullAllowed && !mateSearch && !pvNode && depth >= 2 && !inCheck && eval >= beta) {
+    if (nullMayFollow && !mateSearch && eval >= beta) {
         ordering->killers[ply + 1][2] = 0;
         int reduction = depth / 4 + 3 + std::min((eval - beta) / 100, 3);
         int newDepth = depth - reduction;

@@ -20,11 +20,14 @@ struct ScratchDirectory {
         std::error_code ignored;
         std::filesystem::remove_all(path, ignored);
     }
-    void write(const std::string& name, const std::string& bytes) {
+    // Both return the file's path.
+    std::string write(const std::string& name, const std::string& bytes) {
         std::ofstream(path / name, std::ios::binary) << bytes;
+        return (path / name).string();
     }
-    void writeLines(const std::string& name, const std::vector<std::string>& lines) {
+    std::string writeLines(const std::string& name, const std::vector<std::string>& lines) {
         std::ofstream file(path / name, std::ios::binary);
         for (const std::string& line : lines) file << line << "\n";
+        return (path / name).string();
     }
 };

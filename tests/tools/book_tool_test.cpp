@@ -138,21 +138,17 @@ TEST(BookTool, RoundTripThroughPolyglot) {
 // built here is imported, and the engine plays its move after "ucinewgame".
 TEST(BookTool, CommandLine) {
     ScratchDirectory dir;
-    auto write = [&](const std::string& name, const std::string& bytes) {
-        dir.write(name, bytes);
-        return (dir.path / name).string();
-    };
     auto board = std::make_unique<Board>();
     const uint64_t start = board->key();
     board->makeMove(parseMove(*board, "a2a3"));
     const std::string good =
-        write("good.bin", encodePolyglot({{start, polyglotWord("a2", "a3"), 7, 0},
-                                          {board->key(), polyglotWord("a7", "a6"), 1, 0}}));
+        dir.write("good.bin", encodePolyglot({{start, polyglotWord("a2", "a3"), 7, 0},
+                                              {board->key(), polyglotWord("a7", "a6"), 1, 0}}));
     const std::string unsorted =
-        write("unsorted.bin", encodePolyglot({{board->key(), polyglotWord("a7", "a6"), 1, 0},
-                                              {start, polyglotWord("a2", "a3"), 7, 0}}));
-    const std::string truncated = write("truncated.bin", std::string(17, '\0'));
-    const std::string noise = write("noise.bin", std::string(32, '\xff'));
+        dir.write("unsorted.bin", encodePolyglot({{board->key(), polyglotWord("a7", "a6"), 1, 0},
+                                                  {start, polyglotWord("a2", "a3"), 7, 0}}));
+    const std::string truncated = dir.write("truncated.bin", std::string(17, '\0'));
+    const std::string noise = dir.write("noise.bin", std::string(32, '\xff'));
     const std::string out = (dir.path / "out.mbk").string();
     const std::string tool = MORVANE_BOOK_BINARY;
 

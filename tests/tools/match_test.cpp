@@ -298,9 +298,9 @@ TEST(MatchRunner, CountsFaultsWritesPgnAndStopsOnSprt) {
     const std::string a = FAKE + " play e2e4 g8f6 f1c4 f6g8 d1h5 g8f6 h5f7 f6g8";
     const std::string b = FAKE + " play g1f3 e7e5 f3g1 b8c6 g1f3 g8f6 f3g1";
     ScratchDirectory dir;
-    dir.writeLines("openings.epd", {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -",
-                                    "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -"});
-    const std::string openings = (dir.path / "openings.epd").string();
+    const std::string openings =
+        dir.writeLines("openings.epd", {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -",
+                                        "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -"});
     // clang-format off
     const std::tuple<std::string, int, std::vector<std::string>> cases[] = {
         // Crashy loses both games by disconnecting: the PGN (written to standard output) says so
