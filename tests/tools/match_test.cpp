@@ -230,6 +230,9 @@ TEST(MatchOptions, ReadsTheCommandLineAndRejectsBrokenOnes) {
         {two + "--tc 10+0.1 --games 100 --concurrency 2 --pgn o.pgn --openings o.epd --start 5", ""},
         {two + "--depth 8 --resign movecount=3 score=600 --draw movenumber=40 movecount=8 score=10", ""},
         {two + "--engine cmd=c --gauntlet --nodes 1000", ""},
+        {"--engine cmd=a tc=14+0.14 --engine cmd=b --tc 10+0.1", ""},
+        {"--engine cmd=a tc=fast --engine cmd=b", "tc= expected"},
+        {"--engine cmd=a tc=5 --engine cmd=b --nodes 1000", "needs a match on the clock"},
         {"--engine cmd=a", "at least two engines"},
         {"--engine name=x --engine cmd=b", "cmd= is required"},
         {"--engine cmd=a Threads=2 --engine cmd=b", "unknown key 'Threads'"},
@@ -281,6 +284,28 @@ TEST(MatchGame, PlaysGamesAndScoresEveryFault) {
         const std::string got = std::to_string(game.moves.size()) + " " + text(game.verdict);
         EXPECT_TRUE(got.starts_with(expected)) << got;
     }
+}
+
+// Time odds: an engine with a clock of its own is told and timed by it, the other by the match's,
+// and the PGN names each side's clock.
+TEST(MatchGame, TimeOddsGiveOneSideItsOwnClock) {
+    const long remaining[2] = {14000, 9000}, increments[2] = {140, 100};
+    EXPECT_EQ(TimeControl::parseClock("10+0.1")->goCommand(remaining, increments),
+              "go wtime 14000 btime 9000 winc 140 binc 100");
+
+    // White answers after 300 ms: within the match's 5 s, lost on its own 0.1 s.
+    GameSettings settings{*TimeControl::parseClock("5"), {2, 600}, {1, 1, 10}, 1500, 2000, 1500};
+    std::atomic<bool> stop{false};
+    UciEngine white(
+        {"W", FAKE + " slow " + KNIGHT_SHUFFLE, "", {}, TimeControl::parseClock("0.1")});
+    UciEngine black({"B", FAKE + " play " + KNIGHT_SHUFFLE, "", {}});
+    GameRecord game = playGame(white, black, "", settings, stop);
+    EXPECT_TRUE(text(game.verdict).starts_with("0-1 time forfeit: White loses on time"))
+        << text(game.verdict);
+    const std::string pgn = formatPgn(game, "Odds");
+    EXPECT_NE(pgn.find("[WhiteTimeControl \"0.1\"]\n[BlackTimeControl \"5\"]\n"), std::string::npos)
+        << pgn;
+    EXPECT_EQ(pgn.find("[TimeControl "), std::string::npos) << pgn;
 }
 
 // The binary end to end, every game at a fixed depth so that machine load cannot decide one.

@@ -46,9 +46,20 @@ GameRecord playGame(UciEngine& white, UciEngine& black, const std::string& start
     GameRecord game;
     game.white = white.config().name;
     game.black = black.config().name;
-    game.timeControl = settings.timeControl.pgnTag();
     game.date = today();
     UciEngine* engines[2] = {&white, &black};
+    // An engine with a clock of its own (time odds) plays by it, the other by the match's.
+    const TimeControl* clocks[2];
+    for (Color side : {White, Black}) {
+        const std::optional<TimeControl>& own = engines[side]->config().clock;
+        clocks[side] = own ? &*own : &settings.timeControl;
+    }
+    if (clocks[White]->pgnTag() == clocks[Black]->pgnTag()) {
+        game.timeControl = clocks[White]->pgnTag();
+    } else {
+        game.whiteTimeControl = clocks[White]->pgnTag();
+        game.blackTimeControl = clocks[Black]->pgnTag();
+    }
 
     auto board = std::make_unique<Board>();
     std::string position = "position startpos";
@@ -71,8 +82,8 @@ GameRecord playGame(UciEngine& white, UciEngine& black, const std::string& start
         }
     }
 
-    const TimeControl& tc = settings.timeControl;
-    long remaining[2] = {tc.baseMs, tc.baseMs};
+    long remaining[2] = {clocks[White]->baseMs, clocks[Black]->baseMs};
+    const long increments[2] = {clocks[White]->incrementMs, clocks[Black]->incrementMs};
     std::vector<uint64_t> history{board->key()};
     ScoreAdjudicator adjudicator(settings.resign, settings.draw);
     std::optional<Verdict> verdict = ruleVerdict(*board, history);
@@ -83,11 +94,13 @@ GameRecord playGame(UciEngine& white, UciEngine& black, const std::string& start
             return game;
         }
         Color side = board->sideToMove;
+        const TimeControl& tc = *clocks[side];
         long budget = tc.kind == TimeControl::Clock
                           ? remaining[side] + graceMs(remaining[side]) + settings.stallMarginMs
                           : settings.moveTimeoutMs;
         std::string command = moveTexts.empty() ? position : position + " moves" + moveTexts;
-        SearchReply reply = engines[side]->search(command, tc.goCommand(remaining), int(budget));
+        SearchReply reply =
+            engines[side]->search(command, tc.goCommand(remaining, increments), int(budget));
         if (reply.status != EngineStatus::Ok) {
             // A stalled engine may still be thinking; the next game starts a fresh one.
             engines[side]->kill();
@@ -101,7 +114,7 @@ GameRecord playGame(UciEngine& white, UciEngine& black, const std::string& start
                                     std::to_string(remaining[side]) + " ms left)");
                 break;
             }
-            remaining[side] += tc.incrementMs - reply.elapsedMs;
+            remaining[side] += increments[side] - reply.elapsedMs;
         }
         Move m = legalMove(*board, reply.bestMove);
         if (!m) {

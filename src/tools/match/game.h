@@ -34,11 +34,12 @@ struct PlayedMove {
 struct GameRecord {
     int round = 0;
     std::string white, black;
-    std::string startFen;  // empty for the standard starting position
-    std::string timeControl;
-    std::string date;  // YYYY.MM.DD
+    std::string startFen;     // empty for the standard starting position
+    std::string timeControl;  // both sides' clock; empty when they differ (time odds)
+    std::string date;         // YYYY.MM.DD
     std::vector<PlayedMove> moves;
     Verdict verdict;
+    std::string whiteTimeControl, blackTimeControl;  // each side's, only when they differ
 };
 
 // Plays a game from the position (empty for the standard start). The engines are started when

@@ -9,7 +9,8 @@
 namespace match {
 
 const char* const USAGE =
-    R"(usage: morvane-match --engine cmd=PROGRAM [name=NAME] [dir=DIR] [option.NAME=VALUE]...
+    R"(usage: morvane-match --engine cmd=PROGRAM [name=NAME] [dir=DIR] [tc=SECONDS[+INCREMENT]]
+                                       [option.NAME=VALUE]...
                      --engine ... [--engine ...]
                      [--tc SECONDS[+INCREMENT] | --depth N | --nodes N]
                      [--games N] [--openings FILE.epd] [--start N] [--concurrency N]
@@ -21,7 +22,7 @@ const char* const USAGE =
 Plays games between UCI engines: two engines play a match, more play a round robin (or a
 gauntlet of the first engine). --games counts the games of each pair (default 2); each opening
 of the EPD file is played twice with colours reversed, starting at opening --start (0-based).
-The default time control is 10+0.1.
+The default time control is 10+0.1; an engine's tc= gives it a clock of its own (time odds).
 )";
 
 namespace {
@@ -84,9 +85,14 @@ std::string readIntegers(const std::string& option, const std::vector<std::strin
 
 std::string readEngine(const std::vector<std::string>& words, EngineConfig& engine) {
     std::map<std::string, std::string> pairs;
-    std::string error = readPairs("--engine", words, {"name", "cmd", "dir", "option."}, pairs);
+    std::string error =
+        readPairs("--engine", words, {"name", "cmd", "dir", "tc", "option."}, pairs);
     if (!error.empty()) return error;
     if (pairs["cmd"].empty()) return "--engine: cmd= is required";
+    if (pairs.count("tc")) {
+        engine.clock = TimeControl::parseClock(pairs["tc"]);
+        if (!engine.clock) return "--engine: tc= expected SECONDS or SECONDS+INCREMENT";
+    }
     engine.command = pairs["cmd"];
     engine.name = pairs["name"];
     engine.directory = pairs["dir"];
@@ -203,6 +209,9 @@ std::string parseOptions(const std::vector<std::string>& args, MatchOptions& opt
     }
     if (options.help) return "";
     if (limits > 1) return "give one of --tc, --depth and --nodes";
+    for (const EngineConfig& engine : options.engines)
+        if (engine.clock && options.game.timeControl.kind != TimeControl::Clock)
+            return "an engine's tc= needs a match on the clock, not --depth or --nodes";
     if (options.engines.size() < 2) return "at least two engines are needed";
     if (options.sprt && options.engines.size() != 2) return "--sprt needs exactly two engines";
     return "";

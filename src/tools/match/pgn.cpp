@@ -71,8 +71,10 @@ std::string formatPgn(const GameRecord& game, const std::string& event) {
         board->setFen(game.startFen);
         pgn += tag("FEN", game.startFen) + tag("SetUp", "1");
     }
-    pgn += tag("TimeControl", game.timeControl) +
-           tag("PlyCount", std::to_string(game.moves.size())) +
+    pgn += game.timeControl.empty() ? tag("WhiteTimeControl", game.whiteTimeControl) +
+                                          tag("BlackTimeControl", game.blackTimeControl)
+                                    : tag("TimeControl", game.timeControl);
+    pgn += tag("PlyCount", std::to_string(game.moves.size())) +
            tag("Termination", terminationText(game.verdict.termination)) + "\n";
 
     Wrapper body;

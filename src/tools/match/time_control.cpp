@@ -51,7 +51,7 @@ TimeControl TimeControl::fixedNodes(long nodes) {
     return tc;
 }
 
-std::string TimeControl::goCommand(const long remainingMs[2]) const {
+std::string TimeControl::goCommand(const long remainingMs[2], const long incrementMs[2]) const {
     switch (kind) {
         case Depth:
             return "go depth " + std::to_string(depth);
@@ -63,7 +63,7 @@ std::string TimeControl::goCommand(const long remainingMs[2]) const {
     // An engine may not cope with a negative time, which a grace overrun can leave.
     auto shown = [](long ms) { return std::to_string(ms > 0 ? ms : 1); };
     return "go wtime " + shown(remainingMs[0]) + " btime " + shown(remainingMs[1]) + " winc " +
-           std::to_string(incrementMs) + " binc " + std::to_string(incrementMs);
+           std::to_string(incrementMs[0]) + " binc " + std::to_string(incrementMs[1]);
 }
 
 std::string TimeControl::pgnTag() const {

@@ -20,8 +20,9 @@ struct TimeControl {
     static TimeControl fixedDepth(int depth);
     static TimeControl fixedNodes(long nodes);
 
-    // The go command for a move, given both remaining times (indexed by colour, 0 = White).
-    std::string goCommand(const long remainingMs[2]) const;
+    // The go command for a move, given both sides' remaining times and increments (indexed by
+    // colour, 0 = White): they differ when a side plays with time odds.
+    std::string goCommand(const long remainingMs[2], const long incrementMs[2]) const;
     // The PGN TimeControl tag: "10+0.1" for a clock, "-" otherwise.
     std::string pgnTag() const;
 };

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/match/engine_process.h"
+#include "tools/match/time_control.h"
 
 namespace match {
 
@@ -16,6 +17,7 @@ struct EngineConfig {
     std::string command;    // program and arguments, separated by blanks
     std::string directory;  // working directory; empty for the runner's
     std::vector<std::pair<std::string, std::string>> options;  // setoption name/value pairs
+    std::optional<TimeControl> clock;  // a clock of its own (time odds); none: the match's
 };
 
 enum class EngineStatus { Ok, Stalled, Crashed };
