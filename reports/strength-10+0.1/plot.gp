@@ -6,12 +6,12 @@ set xtics rotate by -30
 set grid ytics
 set offsets 0.5, 0.5, 100, 100
 $data << EOD
-0 "Glaurung" 2069 50
-1 "Toga2" 2089 51
-2 "Stockfish-2100" 2100 0
-3 "Morvane" 2218 26
+0 "Stockfish-2100" 2100 0
+1 "Glaurung" 2110 51
+2 "Toga2" 2124 50
+3 "Morvane" 2249 25
 4 "Stockfish-2250" 2250 0
 5 "Stockfish-2400" 2400 0
-6 "Ethereal" 2478 57
+6 "Ethereal" 2538 60
 EOD
 plot $data using 1:3:4:xtic(2) with yerrorbars pt 7 ps 1.5 lw 2 notitle
