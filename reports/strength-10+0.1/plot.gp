@@ -7,9 +7,9 @@ set grid ytics
 set offsets 0.5, 0.5, 100, 100
 $data << EOD
 0 "Stockfish-2100" 2100 0
-1 "Glaurung" 2110 51
-2 "Toga2" 2124 50
-3 "Morvane" 2249 25
+1 "Glaurung" 2111 51
+2 "Toga2" 2125 50
+3 "Morvane" 2250 25
 4 "Stockfish-2250" 2250 0
 5 "Stockfish-2400" 2400 0
 6 "Ethereal" 2538 60
