@@ -7,9 +7,10 @@
 # Defaults: 400 games, 2+0.02 (the committed report), reports/strength. Installs the opponents it needs (as root).
 #
 # The games are played in rounds of ROUND games (default 40) against each opponent in turn and
-# kept in one PGN file per opponent. A rerun counts the games already there and goes on from the
-# next opening, so an interrupted gauntlet loses at most the games that were being played, and
-# every opponent has about as many games as the others at any moment.
+# kept in one PGN file per opponent. A rerun drops any opening left with one of its two games,
+# counts the games already there and goes on from the next opening, so an interrupted gauntlet
+# loses at most the games that were being played, and every opponent has about as many games as
+# the others at any moment.
 #
 # LEVELS (default "1950 2100 2250") picks the Stockfish UCI_Elo levels; choose ones that
 # bracket Morvane at the time control played.
@@ -60,6 +61,7 @@ while :; do
     progress=0
     for i in "${!names[@]}"; do
         pgn="$out/${names[i]}.pgn"
+        [[ -f $pgn ]] && src/tools/gauntlet/complete_pairs.py "$pgn" data/openings.epd
         done=$(played "$pgn")
         ((done < games)) || continue
         count=$((games - done < round ? games - done : round))
