@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -29,5 +30,9 @@ struct ScratchDirectory {
         std::ofstream file(path / name, std::ios::binary);
         for (const std::string& line : lines) file << line << "\n";
         return (path / name).string();
+    }
+    std::string read(const std::string& name) const {
+        std::ifstream file(path / name, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
     }
 };

@@ -2,9 +2,6 @@
 // the first openings, so that the rerun's start opening (games kept / 2) is the right one.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "scratch_directory.h"
 #include "tool_run.h"
 
@@ -29,12 +26,6 @@ std::string game(int opening, const std::string& white) {
            FENS[opening] + "\"]\n\n1. Kf2 1/2-1/2\n\n";
 }
 
-std::string readFile(const std::string& path) {
-    std::ostringstream s;
-    s << std::ifstream(path).rdbuf();
-    return s.str();
-}
-
 }  // namespace
 
 TEST(GauntletResume, KeepsOnlyTheWholePairsOfTheFirstOpenings) {
@@ -57,6 +48,6 @@ TEST(GauntletResume, KeepsOnlyTheWholePairsOfTheFirstOpenings) {
         const std::string epd = dir.writeLines("openings.epd", OPENINGS);
         ToolRun run = runTool("python3 " + SCRIPT + " " + pgn + " " + epd);
         EXPECT_EQ(run.status, 0) << c.what << ": " << run.output;
-        EXPECT_EQ(readFile(pgn), c.after) << c.what;
+        EXPECT_EQ(dir.read("games.pgn"), c.after) << c.what;
     }
 }
