@@ -21,10 +21,12 @@ const std::string FENS[3] = {
     "4k3/8/8/8/8/8/3P4/4K3 w - - 0 1",
 };
 
-std::string game(int opening, const std::string& white) {
+std::string gameFrom(const std::string& fen, const std::string& white) {
     return "[Event \"Morvane gauntlet\"]\n[White \"" + white + "\"]\n[Result \"1/2-1/2\"]\n[FEN \"" +
-           FENS[opening] + "\"]\n\n1. Kf2 1/2-1/2\n\n";
+           fen + "\"]\n\n1. Kf2 1/2-1/2\n\n";
 }
+
+std::string game(int opening, const std::string& white) { return gameFrom(FENS[opening], white); }
 
 }  // namespace
 
@@ -49,5 +51,22 @@ TEST(GauntletResume, KeepsOnlyTheWholePairsOfTheFirstOpenings) {
         ToolRun run = runTool("python3 " + SCRIPT + " " + pgn + " " + epd);
         EXPECT_EQ(run.status, 0) << c.what << ": " << run.output;
         EXPECT_EQ(dir.read("games.pgn"), c.after) << c.what;
+    }
+}
+
+// A game without a FEN, or from a position the opening file lacks, is not a game of this run.
+TEST(GauntletResume, LeavesAFileWithAForeignGameAsItIs) {
+    if (runTool("python3 --version").status != 0) GTEST_SKIP() << "python3 is not installed";
+    const std::string foreign = "[Event \"x\"]\n[Result \"1-0\"]\n\n1. e4 1-0\n\n";
+    const std::string stray = gameFrom("4k3/8/8/8/8/8/5P2/4K3 w - - 0 1", "X");
+    for (const std::string& odd : {foreign, stray}) {
+        ScratchDirectory dir;
+        const std::string before = game(0, "Morvane") + odd + game(1, "X");
+        const std::string pgn = dir.write("games.pgn", before);
+        const std::string epd = dir.writeLines("openings.epd", OPENINGS);
+        ToolRun run = runTool("python3 " + SCRIPT + " " + pgn + " " + epd);
+        EXPECT_NE(run.status, 0);
+        EXPECT_NE(run.output.find("game 2 does not start from an opening of"), std::string::npos) << run.output;
+        EXPECT_EQ(dir.read("games.pgn"), before);
     }
 }

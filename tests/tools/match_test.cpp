@@ -196,7 +196,7 @@ TEST(MatchScoreboard, CountsAnOpeningPairOnlyWhenBothGamesAreDone) {
 
 TEST(MatchPgn, WritesTagsMovesAndTheReason) {
     Replay fools("", FOOLS_MATE);
-    GameRecord game{7, "Alpha", "Beta", "", "10+0.1", "2024.01.02", {}, {}};
+    GameRecord game{7, "Alpha", "Beta", "", "10+0.1", "2024.01.02", {}, {}, "", ""};
     game.verdict = {Result::BlackWins, Termination::Normal, "Black mates"};
     const std::optional<int> scores[] = {-35, 20, -150, MATE_SCORE - 1};
     for (size_t i = 0; i < 4; i++)
@@ -277,9 +277,9 @@ TEST(MatchGame, PlaysGamesAndScoresEveryFault) {
         GameSettings settings{TimeControl::fixedDepth(1), {2, 600}, {1, 1, 10}, 1500, 2000, 1500};
         // The slow engine answers after 300 ms: past 100 ms and grace, within the stall margin.
         if (whiteArgs.starts_with("slow")) settings.timeControl = *TimeControl::parseClock("0.1");
-        UciEngine white({"W", FAKE + " " + whiteArgs, "", {}});
+        UciEngine white({"W", FAKE + " " + whiteArgs, "", {}, {}});
         UciEngine black(
-            {"B", blackArgs.empty() ? "/nonexistent/engine" : FAKE + " " + blackArgs, "", {}});
+            {"B", blackArgs.empty() ? "/nonexistent/engine" : FAKE + " " + blackArgs, "", {}, {}});
         GameRecord game = playGame(white, black, fen, settings, stop);
         const std::string got = std::to_string(game.moves.size()) + " " + text(game.verdict);
         EXPECT_TRUE(got.starts_with(expected)) << got;
@@ -298,7 +298,7 @@ TEST(MatchGame, TimeOddsGiveOneSideItsOwnClock) {
     std::atomic<bool> stop{false};
     UciEngine white(
         {"W", FAKE + " slow " + KNIGHT_SHUFFLE, "", {}, TimeControl::parseClock("0.1")});
-    UciEngine black({"B", FAKE + " play " + KNIGHT_SHUFFLE, "", {}});
+    UciEngine black({"B", FAKE + " play " + KNIGHT_SHUFFLE, "", {}, {}});
     GameRecord game = playGame(white, black, "", settings, stop);
     EXPECT_TRUE(text(game.verdict).starts_with("0-1 time forfeit: White loses on time"))
         << text(game.verdict);

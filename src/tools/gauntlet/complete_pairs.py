@@ -27,9 +27,15 @@ def main(pgn_path, epd_path):
     with open(pgn_path) as f:
         games = ['[Event ' + g for g in f.read().split('[Event ')[1:]]
     opening = []
-    for g in games:
-        fen = g.split('[FEN "', 1)[1].split('"', 1)[0]
-        opening.append(exact.get(fields(fen, 4), loose.get(fields(fen, 3))))
+    for number, g in enumerate(games, 1):
+        fen = g.split('[FEN "', 1)[1].split('"', 1)[0] if '[FEN "' in g else ''
+        o = exact.get(fields(fen, 4), loose.get(fields(fen, 3)))
+        if o is None:
+            # Not a game of this opening file: better to stop than to cut the wrong games.
+            print(f'{pgn_path}: game {number} does not start from an opening of {epd_path}',
+                  file=sys.stderr)
+            return 1
+        opening.append(o)
     counts = [0] * (max(opening, default=-1) + 1)
     for o in opening:
         counts[o] += 1
@@ -40,7 +46,8 @@ def main(pgn_path, epd_path):
             f.write(''.join(kept))
         print(f'{pgn_path}: {len(games) - len(kept)} game(s) of unfinished openings dropped',
               file=sys.stderr)
+    return 0
 
 
 if __name__ == '__main__':
-    main(*sys.argv[1:])
+    sys.exit(main(*sys.argv[1:]))
