@@ -1,5 +1,6 @@
 // morvane-tune: games read back from PGN as the match runner writes it, quiet positions taken
-// from them, and the diagrams of the piece-square tables written back unchanged.
+// from them and labelled by searches, and the diagrams of the piece-square tables written back
+// unchanged.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -11,8 +12,10 @@
 #include "core/notation.h"
 #include "eval/weights.h"
 #include "tools/tune/pgn_games.h"
+#include "tools/tune/position_labels.h"
 #include "tools/tune/psqt_source.h"
 #include "tools/tune/quiet_positions.h"
+#include "scratch_directory.h"
 
 TEST(Tune, ReadsGamesAndTheirQuietPositions) {
     const std::string pgn =
@@ -69,4 +72,62 @@ TEST(Tune, DiagramsWrittenBackUnchanged) {
                   values.value[KNIGHT - PAWN][makeSquare(4, 3)][0]);
     EXPECT_NE(text(copy).find(row), std::string::npos) << row;
     fs::remove(copy);
+}
+
+// Labels are White's scores; a run started again keeps the whole lines a stopped run wrote and
+// refuses a file that labels other positions, leaving it as it was.
+TEST(Tune, LabelsGoOnWhereAStoppedRunEnded) {
+    const std::vector<std::string> positions = {
+        "4k3/8/8/8/8/8/8/3QK3 b - -;1",  // Black to move, White a queen up
+        "3qk3/8/8/8/8/8/8/4K3 w - -;0",  // White to move, Black a queen up
+        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -;0.5",
+    };
+    auto searched = [](size_t i, int score) {
+        return i == 0 ? score > 500 : i == 1 ? score < -500 : std::abs(score) < 100;
+    };
+    struct Case {
+        const char* name;
+        std::string before;  // the labelled file before the run ("" when there is none)
+        bool accepted;
+        size_t kept;  // whole lines of `before` left as they were
+    };
+    const std::string other = "8/8/8/8/8/8/8/K6k w - -;0.5;0\n";
+    const Case cases[] = {
+        {"fresh", "", true, 0},
+        {"cut mid-line", positions[0] + ";777\n" + positions[1] + ";-3", true, 1},
+        {"finished", positions[0] + ";777\n" + positions[1] + ";-9\n" + positions[2] + ";5\n",
+         true, 3},
+        {"other positions", other, false, 0},
+        {"one line too many",
+         positions[0] + ";1\n" + positions[1] + ";-1\n" + positions[2] + ";0\n" + other, false, 0},
+    };
+    ResetWeights();
+    RecomputeDerived();
+    for (const Case& c : cases) {
+        ScratchDirectory dir;
+        const std::string in = dir.writeLines("positions.txt", positions);
+        const std::string out = (dir.path / "labelled.txt").string();
+        if (!c.before.empty()) dir.write("labelled.txt", c.before);
+        std::string error = labelPositions(in, out, 4, 2, [](size_t) {});
+        const std::string after = dir.read("labelled.txt");
+        EXPECT_EQ(error.empty(), c.accepted) << c.name << ": " << error;
+        if (!c.accepted) {
+            EXPECT_EQ(after, c.before) << c.name;
+            continue;
+        }
+        size_t keptBytes = 0;
+        for (size_t k = 0; k < c.kept; k++) keptBytes = c.before.find('\n', keptBytes) + 1;
+        EXPECT_EQ(after.substr(0, keptBytes), c.before.substr(0, keptBytes)) << c.name;
+        std::istringstream text(after);
+        size_t i = 0;
+        for (std::string line; std::getline(text, line); i++) {
+            ASSERT_LT(i, positions.size()) << c.name;
+            const size_t scoreAt = line.rfind(';') + 1;
+            ASSERT_EQ(line.substr(0, scoreAt), positions[i] + ';') << c.name << ": " << line;
+            if (i >= c.kept) {
+                EXPECT_TRUE(searched(i, std::stoi(line.substr(scoreAt)))) << c.name << ": " << line;
+            }
+        }
+        EXPECT_EQ(i, positions.size()) << c.name;
+    }
 }

@@ -205,7 +205,7 @@ TEST(SearchProtocol, GoRightAfterStartUpIsAnswered) {
         EngineProcess engine;
         engine.sendLine("go depth 1");
         engine.expectBanner();
-        ASSERT_TRUE(engine.readLine(2000).has_value()) << "run " << run << ": no answer to go";
-        engine.readLinesUntil(isBestMoveLine, 2000);
+        ASSERT_TRUE(engine.readLine().has_value()) << "run " << run << ": no answer to go";
+        engine.readLinesUntil(isBestMoveLine);
     }
 }

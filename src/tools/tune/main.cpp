@@ -4,28 +4,25 @@
 //     writes the distinct quiet positions of the games, after their first N plies (default 8),
 //     one "FEN;score" line each, the score being the game's result for White (1, 0.5, 0).
 //   morvane-tune label POSITIONS.txt LABELLED.txt [--depth N] [--jobs N]
-//     adds to every line White's score by a search of the position (default depth 6).
+//     adds to every line White's score by a search of the position (default depth 6); started
+//     again on the same files, it goes on after the lines already labelled.
 //   morvane-tune fit POSITIONS.txt src/eval/psqt.cpp [--iterations N] [--prior N]
 //                    [--result-percent N]
 //     fits the tables to the positions (default 100 iterations, each value held to today's
 //     with the weight of N positions, default 1000) and rewrites the diagrams of the source.
 //     The evaluation is fitted to the game's result, or with --result-percent below 100 to a
 //     blend of it and the search score of labelled positions.
-#include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <string>
-#include <thread>
 #include <unordered_set>
 #include <vector>
 
-#include "core/text.h"
 #include "eval/weights.h"
-#include "search/quiet_search.h"
 #include "tools/tune/pgn_games.h"
+#include "tools/tune/position_labels.h"
 #include "tools/tune/psqt_fit.h"
 #include "tools/tune/psqt_source.h"
 #include "tools/tune/quiet_positions.h"
@@ -82,41 +79,19 @@ int extract(const std::vector<std::string>& files, int skipPlies) {
     return 0;
 }
 
-// Searches every position, `jobs` at a time, keeping each searcher's table between positions.
 int label(const std::vector<std::string>& files, int depth, int jobs) {
     ResetWeights();
     RecomputeDerived();
-    std::ifstream in(files[0]);
-    if (!in) {
-        std::cerr << "morvane-tune: cannot read " << files[0] << "\n";
+    std::string error = labelPositions(files[0], files[1], depth, jobs, [](size_t labelled) {
+        std::cerr << "\r" << labelled << " positions labelled" << std::flush;
+    });
+    std::cerr << "\n";
+    if (!error.empty()) {
+        std::cerr << "morvane-tune: " << error << "\n";
         return 1;
     }
-    std::vector<std::string> lines;
-    for (std::string line; readLine(in, line);) lines.push_back(line);
-    std::vector<int> scores(lines.size());
-    std::vector<std::thread> workers;
-    std::atomic<size_t> next = 0;
-    for (int j = 0; j < jobs; j++)
-        workers.emplace_back([&] {
-            QuietSearch search;
-            Board board;
-            for (size_t i; (i = next++) < lines.size();) {
-                std::string fen = lines[i].substr(0, lines[i].find(';'));
-                std::vector<ScoredMove> best =
-                    search.search("position fen " + fen, depth, 1, false);
-                int score = best.empty() ? 0 : std::clamp(best[0].score, -2000, 2000);
-                bool whiteMoves = fen.find(" w") != std::string::npos;
-                scores[i] = whiteMoves ? score : -score;
-                if (i % 10000 == 0) std::cerr << "\r" << i << " positions labelled" << std::flush;
-            }
-        });
-    for (std::thread& w : workers) w.join();
-    std::ofstream out(files[1]);
-    for (size_t i = 0; i < lines.size(); i++) out << lines[i] << ';' << scores[i] << '\n';
-    std::cerr << "\n";
-    std::cout << lines.size() << " positions labelled at depth " << depth << " in " << files[1]
-              << "\n";
-    return out ? 0 : 1;
+    std::cout << "positions labelled at depth " << depth << " in " << files[1] << "\n";
+    return 0;
 }
 
 int fit(const std::vector<std::string>& files, int iterations, int prior, int resultPercent) {
