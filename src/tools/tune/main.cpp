@@ -90,7 +90,7 @@ int label(const std::vector<std::string>& files, int depth, int jobs) {
         std::cerr << "morvane-tune: " << error << "\n";
         return 1;
     }
-    std::cout << "positions labelled at depth " << depth << " in " << files[1] << "\n";
+    std::cout << "every position labelled at depth " << depth << " in " << files[1] << "\n";
     return 0;
 }
 
