@@ -1,4 +1,5 @@
 // morvane-match: plays games between UCI engines and reports the result with Elo and SPRT.
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 #include <memory>
@@ -37,6 +38,18 @@ bool probeEngines(match::MatchOptions& options) {
     return true;
 }
 
+// An engine searching a fixed depth or node count plays the same game from the same opening and
+// colours, so a match longer than two games an opening adds games but no information.
+void warnOfRepeatedGames(const match::MatchOptions& options, size_t openingCount) {
+    const match::TimeControl& limit = options.game.timeControl;
+    long distinctGames = 2 * long(std::max<size_t>(openingCount, 1));
+    if (limit.kind == match::TimeControl::Clock || options.games <= distinctGames) return;
+    std::cerr << "morvane-match: warning: at a fixed "
+              << (limit.kind == match::TimeControl::Depth ? "depth" : "node count")
+              << " the games past the first " << distinctGames
+              << " replay openings already played and repeat earlier games\n";
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -55,6 +68,7 @@ int main(int argc, char** argv) {
         std::cerr << "morvane-match: " << error << "\n";
         return 2;
     }
+    warnOfRepeatedGames(options, openings.size());
     if (!probeEngines(options)) return 2;
 
     std::signal(SIGINT, onInterrupt);
