@@ -114,7 +114,7 @@ int main(int argc, char** argv) {
         std::cerr << USAGE << "\n";
         return 2;
     }
-    match::UciEngine reference({"reference", settings.engine, "", {}});
+    match::UciEngine reference({"reference", settings.engine, "", {}, {}});
     if (reference.prepareGame(10000) != match::EngineStatus::Ok) {
         std::cerr << "morvane-drawcheck: engine '" << settings.engine << "' does not answer\n";
         return 1;
