@@ -11,11 +11,11 @@
 
 #include "core/notation.h"
 #include "eval/weights.h"
+#include "scratch_directory.h"
 #include "tools/tune/pgn_games.h"
 #include "tools/tune/position_labels.h"
 #include "tools/tune/psqt_source.h"
 #include "tools/tune/quiet_positions.h"
-#include "scratch_directory.h"
 
 TEST(Tune, ReadsGamesAndTheirQuietPositions) {
     const std::string pgn =
@@ -95,8 +95,8 @@ TEST(Tune, LabelsGoOnWhereAStoppedRunEnded) {
     const Case cases[] = {
         {"fresh", "", true, 0},
         {"cut mid-line", positions[0] + ";777\n" + positions[1] + ";-3", true, 1},
-        {"finished", positions[0] + ";777\n" + positions[1] + ";-9\n" + positions[2] + ";5\n",
-         true, 3},
+        {"finished", positions[0] + ";777\n" + positions[1] + ";-9\n" + positions[2] + ";5\n", true,
+         3},
         {"other positions", other, false, 0},
         {"one line too many",
          positions[0] + ";1\n" + positions[1] + ";-1\n" + positions[2] + ";0\n" + other, false, 0},
