@@ -90,10 +90,12 @@ bool Board::isAttacked(int sq, Color by) const {
     if (attacks.kingAttacks[sq] & pieces(by, KING)) return true;
     if (attacks.knightAttacks[sq] & pieces(by, KNIGHT)) return true;
     if (attacks.pawnAttacks[~by][sq] & pieces(by, PAWN)) return true;
-    Bitboard occ = occupiedBB & ~pieces(~by, KING);
-    Bitboard queens = pieces(by, QUEEN);
-    if (attacks.rookAttacks(sq, occ) & (pieces(by, ROOK) | queens)) return true;
-    return attacks.bishopAttacks(sq, occ) & (pieces(by, BISHOP) | queens);
+    // A slider needs a look-up only when one stands on a line through the square at all.
+    const Bitboard occ = occupiedBB & ~pieces(~by, KING);
+    const Bitboard queens = pieces(by, QUEEN);
+    const Bitboard rooks = pieces(by, ROOK) | queens, bishops = pieces(by, BISHOP) | queens;
+    if ((attacks.rookLines[sq] & rooks) && (attacks.rookAttacks(sq, occ) & rooks)) return true;
+    return (attacks.bishopLines[sq] & bishops) && (attacks.bishopAttacks(sq, occ) & bishops);
 }
 
 Bitboard Board::attackersTo(int sq, Bitboard occ) const {
@@ -109,7 +111,8 @@ Bitboard Board::attackersTo(int sq, Bitboard occ) const {
 bool Board::computeInCheck() const {
     int ksq = kingSquare[sideToMove];
     if (ksq == NO_SQUARE) return false;
-    return attackersTo(ksq, occupiedBB) & colorBB[~sideToMove];
+    // The own king on the square blocks no line to it, so the attack test of king moves serves.
+    return isAttacked(ksq, ~sideToMove);
 }
 
 Bitboard Board::lineBlockers(int sq, Color sliders, Color owner) const {

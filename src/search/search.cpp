@@ -76,9 +76,13 @@ void TSearchThread::prefetchChild(Move m) const {
     evaluator->prefetch(key);
 }
 
-void TSearchThread::prefetchChildren(const MoveList& list, uint32_t i) const {
-    for (uint32_t k = i; k < std::min(i + 2, list.count); k++)
-        prefetchChild(list.moves[k] & MOVE_MASK);
+// This move's child and the next one's, so that the next child's lines are on their way while
+// this move is searched. `fetched` counts the moves of the list already prefetched: the next
+// move of last time is not fetched again.
+void TSearchThread::prefetchChildren(const MoveList& list, uint32_t i, uint32_t& fetched) const {
+    const uint32_t end = std::min(i + 2, list.count);
+    for (uint32_t k = std::max(i, fetched); k < end; k++) prefetchChild(list.moves[k] & MOVE_MASK);
+    fetched = end;
 }
 
 // The table's move is not validated yet: only one whose piece codes are in range names a child.
@@ -289,6 +293,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             keyEvasions(list, hashMove);
         }
 
+        uint32_t fetched = 0;
         for (uint32_t i = 0; i < list.count; i++) {
             if (stopFlag) continue;
             const Move m = list.moves[i] & MOVE_MASK;
@@ -327,7 +332,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 continue;
             }
 
-            prefetchChildren(list, i);
+            prefetchChildren(list, i, fetched);
             movesSearched++;
             if (quiet) quietsSearched++;
             if (!firstMove) firstMove = m;
@@ -472,6 +477,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
             bestMove = list.moves[0] & MOVE_MASK;
         }
 
+        uint32_t fetched = 0;
         for (uint32_t i = 0; i < list.count; i++) {
             if (stopFlag) continue;
             const Move m = list.moves[i] & MOVE_MASK;
@@ -487,7 +493,7 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
                         continue;
                 }
             }
-            prefetchChildren(list, i);
+            prefetchChildren(list, i, fetched);
             board.makeMove(m);
             int score = -quiescence(ply + 1, depth - 1, -beta, -alpha, childPv);
             board.unmakeMove(m);

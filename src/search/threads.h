@@ -97,7 +97,7 @@ protected:
     // searched, instead of while its own child waits for them. The child of the table's move,
     // searched first, as soon as the table names it.
     void prefetchChild(Move m) const;
-    void prefetchChildren(const MoveList& list, uint32_t i) const;
+    void prefetchChildren(const MoveList& list, uint32_t i, uint32_t& fetched) const;
     void prefetchHashChild(Move m) const;
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
     int recognizedEnding(int ply);
