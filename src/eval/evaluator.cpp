@@ -37,7 +37,8 @@ void Evaluator::prefetch(uint64_t childKey) const {
     // A capture of the last piece can change that; the line fetched is then merely useless.
     bool sideFree = board.nonPawnCount[White] && board.nonPawnCount[Black];
     uint64_t key = sideFree && board.sideToMove == Black ? childKey ^ board.zobrist.sideKey : childKey;
-    __builtin_prefetch(&evalSlots()[key & (EVAL_CACHE_SIZE - 1)]);
+    // For writing: a position that misses the cache stores its value there.
+    __builtin_prefetch(&evalSlots()[key & (EVAL_CACHE_SIZE - 1)], 1);
 }
 
 // Pawn and king attacks, the king zones, and the start of the piece attack maps.
