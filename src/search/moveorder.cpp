@@ -39,8 +39,10 @@ void sortMoves(MoveList& list) {
         }
         return;
     }
-    // Padded with zeros to whole vectors; no move is 0, so the padding never counts.
-    alignas(64) Move unsorted[MAX_MOVES + 16];
+    // Padded with zeros to whole vectors; no move is 0, so the padding never counts. A full
+    // list already ends on a whole vector.
+    static_assert(MAX_MOVES % 16 == 0);
+    alignas(64) Move unsorted[MAX_MOVES];
     const uint32_t padded = (n + 15) & ~15u;
     std::memcpy(unsorted, list.moves, n * sizeof(Move));
     std::fill(unsorted + n, unsorted + padded, Move(0));

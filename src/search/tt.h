@@ -47,7 +47,7 @@ class TranspositionTable {
     // An opening-book move, as an exact entry of depth 99 and score 0; dropped when the
     // cluster holds no free entry.
     void storeBookMove(uint64_t key, Move move);
-    // Fetched for writing: a probe that hits marks the entry, and a miss is followed by a store.
+    // Fetched for writing: a hit may rewrite the entry's mark, and a miss is followed by a store.
     void prefetch(uint64_t key) const { __builtin_prefetch(&clusters[key & mask], 1); }
     // Entries filled per mille.
     int hashfull() const;
