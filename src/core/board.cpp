@@ -98,16 +98,6 @@ bool Board::isAttacked(int sq, Color by) const {
     return (attacks.bishopLines[sq] & bishops) && (attacks.bishopAttacks(sq, occ) & bishops);
 }
 
-Bitboard Board::attackersTo(int sq, Bitboard occ) const {
-    Bitboard rooks = pieceBB[W_ROOK] | pieceBB[B_ROOK] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
-    Bitboard bishops = pieceBB[W_BISHOP] | pieceBB[B_BISHOP] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
-    return (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
-           (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
-           (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
-           (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING])) |
-           (attacks.rookAttacks(sq, occ) & rooks) | (attacks.bishopAttacks(sq, occ) & bishops);
-}
-
 bool Board::computeInCheck() const {
     int ksq = kingSquare[sideToMove];
     if (ksq == NO_SQUARE) return false;

@@ -29,13 +29,13 @@ int see(const Board& b, Move m) {
     int gain[40];
     gain[0] = seeValue(moveCaptured(m));
     if (moveIsPromotion(m)) gain[0] += seeValue(onSquare) - seeValue(movePiece(m));
-    Bitboard rookLike =
-        b.pieceBB[W_ROOK] | b.pieceBB[B_ROOK] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
-    Bitboard bishopLike =
-        b.pieceBB[W_BISHOP] | b.pieceBB[B_BISHOP] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
     Bitboard attackers = b.attackersTo(to, occ) & occ;
     Color side = ~b.sideToMove;
     if (!(attackers & b.colorBB[side])) return gain[0];  // nothing takes back
+    const Bitboard rookLike =
+        b.pieceBB[W_ROOK] | b.pieceBB[B_ROOK] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
+    const Bitboard bishopLike =
+        b.pieceBB[W_BISHOP] | b.pieceBB[B_BISHOP] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
     int depth = 0;
     for (;;) {
         int sq;
