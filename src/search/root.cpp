@@ -76,7 +76,9 @@ void TSearchThread::rootSearch(int depth) {
             rm.score = NO_VALUE;
             continue;
         }
-        const int alpha = rootMoves[std::min(rootMoveCount, multiPv) - 1].score;
+        // MultiPV is stored as typed; below one it searches with the window of one line, as
+        // the record before the list's first does not exist.
+        const int alpha = rootMoves[std::clamp(multiPv, 1, rootMoveCount) - 1].score;
         const Move m = rm.move;
         if (index == 0 && (outputFlags & 4) && depth >= 9)
             consolePrint("info currmove " + moveToUci(m) + " currmovenumber " + std::to_string(i + 1));

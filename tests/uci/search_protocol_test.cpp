@@ -66,6 +66,31 @@ TEST(SearchProtocol, DepthLimitedSearchReportsEveryIteration) {
     }
 }
 
+// MultiPV n gives lines 1..n of each iteration, no more than there are moves (20 at the start).
+// The option is stored unchecked: zero or a negative count prints no lines, but still searches
+// and finds a move.
+TEST(SearchProtocol, MultiPvLinesOfEachIteration) {
+    const struct {
+        std::string value;
+        size_t lines;
+    } cases[] = {{"3", 3}, {"100", 20}, {"0", 0}, {"-100000000", 0}, {"1", 1}};
+    EngineProcess engine;
+    startReady(engine);
+    for (const auto& c : cases) {
+        EXPECT_EQ(engine.command("setoption name MultiPV value " + c.value), Lines{});
+        engine.sendLine("position startpos");
+        engine.sendLine("go depth 4");
+        SearchOutput out = readSearch(engine, 10000);
+        ASSERT_EQ(out.infos.size(), 4 * c.lines) << c.value;
+        for (size_t i = 0; i < out.infos.size(); i++) {
+            EXPECT_EQ(out.infos[i].depth, int(i / c.lines + 1)) << c.value;
+            EXPECT_EQ(out.infos[i].multipv, int(i % c.lines + 1)) << c.value;
+        }
+        ASSERT_TRUE(out.best.has_value()) << c.value;
+        EXPECT_EQ(engine.command(Lines{}), Lines{}) << c.value;
+    }
+}
+
 // Each go line ends its search by itself, within a bound and not before its minimum (which the
 // last info line's time shows too), with a legal move.
 TEST(SearchProtocol, GoLimitsEndTheSearch) {
