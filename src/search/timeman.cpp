@@ -15,7 +15,9 @@ void TimeManager::setLimits(const SearchLimits& l, Color c) {
     rootMoveNumber = 0;
     pondering = l.ponder != 0;
     mateSearch = l.mate > 0;
-    if (limits.movestogo == 0) limits.movestogo = limits.ponder ? 40 : 50;
+    // No moves to go, or a count below one that no clock can mean (it would divide by zero
+    // below), takes the usual guess.
+    if (limits.movestogo <= 0) limits.movestogo = limits.ponder ? 40 : 50;
     clock = !limits.infinite && !limits.depth && !limits.nodes && !limits.mate && !limits.movetime;
     const int64_t start = limits.startTime;
     if (!clock) {

@@ -22,7 +22,7 @@ const std::vector<std::string> SEEDS = {
     "perft 2", "divide 1", "print", "flip", "flop", "setoption name Hash value 1",
     "setoption name MultiPV value 2", "setoption name Book File value nothing.mbk",
     "setweight id 2 values 400 400", "setweight default", "tbtest krkp", "e2e4", "e7e8q",
-    "isready", "showoption", "go depth 2", "eval", "reset",
+    "isready", "showoption", "go depth 2", "eval", "reset", "go wtime 30 btime 30 movestogo 1",
 };
 // clang-format on
 

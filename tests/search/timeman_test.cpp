@@ -28,6 +28,9 @@ TEST(TimeManager, DeadlinesOfWorkedExamples) {
         {"five moves to go: time / moves", {.wtime = 10000, .movestogo = 5}, White, S, 1666, 1990},
         {"short clock: time - 32 x moves is below the target", {.wtime = 1000}, White, S, -610, -610},
         {"pondering assumes 40 moves", {.wtime = 60000, .ponder = 1}, White, S, 1463, 7305},
+        // A count below one is taken as none: -1 used to divide by zero.
+        {"minus one move to go: as none", {.wtime = 60000, .movestogo = -1}, White, S, 1176, 5870},
+        {"minus one, with an increment", {.wtime = 10000, .winc = 100, .movestogo = -1}, White, S, 298, 1258},
         {"increment above a short clock: half the clock", {.wtime = 150, .winc = 1000}, White, S, 65, 65},
         {"movetime wins over the clock", {.wtime = 60000, .movetime = 1000}, White, S, 990, 990},
         {"one move to go, 5 s", {.wtime = 5000, .movestogo = 1}, White, ABSOLUTE, 4890, 4890},
