@@ -23,6 +23,8 @@ const std::vector<std::string> SEEDS = {
     "setoption name MultiPV value 2", "setoption name Book File value nothing.mbk",
     "setweight id 2 values 400 400", "setweight default", "tbtest krkp", "e2e4", "e7e8q",
     "isready", "showoption", "go depth 2", "eval", "reset", "go wtime 30 btime 30 movestogo 1",
+    "go nodes 300", "go mate 2", "go movetime 3", "go wtime 20 btime 20 winc 2 binc 2",
+    "go ponder wtime 30 btime 30", "ponderhit", "stop", "ucinewgame", "setoption name Ponder value true",
 };
 // clang-format on
 
@@ -109,7 +111,9 @@ int main(int argc, char** argv) {
         }
         if (sink.tellp() > (1 << 20)) sink.str("");
     }
+    // A search still running prints its last lines on stop; they go to the sink too.
     engine.dispatch("stop");
+    engine.mainThread->waitUntilIdle();
     std::cout.rdbuf(console);
     std::cout << (iterations - failures) << " passed, " << failures << " failed\n";
     return failures ? 1 : 0;
