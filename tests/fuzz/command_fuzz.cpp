@@ -24,7 +24,8 @@ const std::vector<std::string> SEEDS = {
     "setweight id 2 values 400 400", "setweight default", "tbtest krkp", "e2e4", "e7e8q",
     "isready", "showoption", "go depth 2", "eval", "reset", "go wtime 30 btime 30 movestogo 1",
     "go nodes 300", "go mate 2", "go movetime 3", "go wtime 20 btime 20 winc 2 binc 2",
-    "go ponder wtime 30 btime 30", "ponderhit", "stop", "ucinewgame", "setoption name Ponder value true",
+    "go ponder wtime 30 btime 30", "ponderhit", "stop", "ucinewgame",
+    "setoption name Ponder value true",
 };
 // clang-format on
 
