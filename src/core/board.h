@@ -124,14 +124,19 @@ class Board {
     // Pieces of both colours attacking a square with the given occupancy. Inline: the exchange
     // evaluator calls it for nearly every capture it looks at.
     Bitboard attackersTo(int sq, Bitboard occ) const {
-        Bitboard rooks = pieceBB[W_ROOK] | pieceBB[B_ROOK] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
-        Bitboard bishops =
-            pieceBB[W_BISHOP] | pieceBB[B_BISHOP] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
         return (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
                (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
                (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
                (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING])) |
-               (attacks.rookAttacks(sq, occ) & rooks) | (attacks.bishopAttacks(sq, occ) & bishops);
+               (attacks.rookAttacks(sq, occ) & rookMovers()) |
+               (attacks.bishopAttacks(sq, occ) & bishopMovers());
+    }
+    // Rooks and queens, and bishops and queens, of both colours.
+    Bitboard rookMovers() const {
+        return pieceBB[W_ROOK] | pieceBB[B_ROOK] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
+    }
+    Bitboard bishopMovers() const {
+        return pieceBB[W_BISHOP] | pieceBB[B_BISHOP] | pieceBB[W_QUEEN] | pieceBB[B_QUEEN];
     }
     bool computeInCheck() const;
     // Own pieces standing alone between the own king and an enemy slider.

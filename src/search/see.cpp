@@ -32,10 +32,7 @@ int see(const Board& b, Move m) {
     Bitboard attackers = b.attackersTo(to, occ) & occ;
     Color side = ~b.sideToMove;
     if (!(attackers & b.colorBB[side])) return gain[0];  // nothing takes back
-    const Bitboard rookLike =
-        b.pieceBB[W_ROOK] | b.pieceBB[B_ROOK] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
-    const Bitboard bishopLike =
-        b.pieceBB[W_BISHOP] | b.pieceBB[B_BISHOP] | b.pieceBB[W_QUEEN] | b.pieceBB[B_QUEEN];
+    const Bitboard rookLike = b.rookMovers(), bishopLike = b.bishopMovers();
     int depth = 0;
     for (;;) {
         int sq;
