@@ -304,13 +304,18 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             auto moveSee = [&] {
                 return seeOfMove == NO_VALUE ? seeOfMove = see(board, m) : seeOfMove;
             };
+            // A quiet move loses at most the piece that moves: below that bound no exchange
+            // needs working out.
+            auto seeBelow = [&](int threshold) {
+                return (!quiet || -seeValue(movePiece(m)) < threshold) && moveSee() < threshold;
+            };
             auto moveIsActive = [&] {
                 return active < 0 ? active = isActiveMove(board, m) : active;
             };
             // A capture or promotion keyed this high does not lose material: its key says so.
             const bool keyedNotLosing = stage == CAPTURE_STAGE && moveKey >= NOT_LOSING_KEY;
             auto exchangeLoses = [&] {
-                return depth < 7 && !keyedNotLosing && moveSee() < -P.seePruningEighths * 8 * depth;
+                return depth < 7 && !keyedNotLosing && seeBelow(-P.seePruningEighths * 8 * depth);
             };
 
             // Quiet moves that do not give check face the quiet pruning tests, every other move
@@ -325,7 +330,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                      movesSearched >
                          P.lateMovePruningQuarters * depth / 4 + P.lateMovePruningBase &&
                      !moveIsActive() && (!threat || !answersThreat(board, m, threat))) ||
-                    (depth < 8 && moveSee() < -P.seeQuietPruning * depth * depth);
+                    (depth < 8 && seeBelow(-P.seeQuietPruning * depth * depth));
                 const bool checks = (quietPrunes || exchangeLoses()) && moveChecks(m);
                 if (checks ? exchangeLoses() : quietPrunes) continue;
             } else if (exchangeLoses()) {
