@@ -51,9 +51,10 @@ bool mateDistanceCut(int ply, int& alpha, int& beta, int& cut) {
 }  // namespace
 
 // Evasions: the hash move first, then captures by gain, quiet moves by history, losing moves last.
-void TSearchThread::keyEvasions(MoveList& list, Move hashMove) {
+void TSearchThread::keyEvasions(MoveList& list, Move hashMove, ExchangeMemo* memo) {
     for (Move& m : list) {
         int s = see(board, m), key;
+        if (memo) memo->remember(m, s);
         if ((m & MOVE_MASK) == (hashMove & MOVE_MASK))
             key = 511;
         else if (s < 0)
@@ -232,6 +233,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
         return givesCheck(board, m, checkInfo);
     };
 
+    ExchangeMemo exchanges;
     int stage = inCheck ? EVASION_STAGE : HASH_STAGE;
     if (!inCheck && hashMove) {
         Move valid = validateMove(board, hashMove);
@@ -254,6 +256,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             if (hashMove) removeMove(list, hashMove);
             for (Move& m : list) {
                 int s = see(board, m), key;
+                exchanges.remember(m, s);
                 // Keys of NOT_LOSING_KEY and above go to moves whose exchange does not lose,
                 // which the exchange test of the move loop relies on.
                 if (moveCaptured(m)) {
@@ -290,7 +293,7 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 return 0;  // stalemate: no legal move at all
             }
         } else {
-            keyEvasions(list, hashMove);
+            keyEvasions(list, hashMove, &exchanges);
         }
 
         uint32_t fetched = 0;
@@ -302,7 +305,9 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             // The tests below may ask for the same exchange value and activity several times.
             int seeOfMove = NO_VALUE, active = -1;
             auto moveSee = [&] {
-                return seeOfMove == NO_VALUE ? seeOfMove = see(board, m) : seeOfMove;
+                if (seeOfMove == NO_VALUE && !exchanges.recall(m, seeOfMove))
+                    seeOfMove = see(board, m);
+                return seeOfMove;
             };
             // A quiet move loses at most the piece that moves: below that bound no exchange
             // needs working out.

@@ -16,6 +16,7 @@
 #include "core/board.h"
 #include "search/limits.h"
 #include "search/moveorder.h"
+#include "search/see.h"
 #include "search/timeman.h"
 #include "search/tt.h"
 
@@ -101,7 +102,7 @@ protected:
     void prefetchHashChild(Move m) const;
     // The value of a recognised ending (draw, endgame table), or NO_VALUE.
     int recognizedEnding(int ply);
-    void keyEvasions(MoveList& list, Move hashMove);
+    void keyEvasions(MoveList& list, Move hashMove, ExchangeMemo* memo = nullptr);
     void countNode() { nodes.store(nodes.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed); }
     void pollTime();
     void resetPollCountdown();
