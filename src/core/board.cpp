@@ -81,11 +81,6 @@ void Board::initPosition(uint32_t castling, uint32_t epSquare, uint32_t rule50) 
     positionString = getFen();
 }
 
-uint64_t Board::reducedKey() const {
-    const PositionState& st = state();
-    return st.key ^ zobrist.epKey[st.epSquare] ^ (sideToMove == White ? zobrist.sideKey : 0);
-}
-
 bool Board::isAttacked(int sq, Color by) const {
     if (attacks.kingAttacks[sq] & pieces(by, KING)) return true;
     if (attacks.knightAttacks[sq] & pieces(by, KNIGHT)) return true;

@@ -112,7 +112,11 @@ class Board {
         return stack->index >= back ? stack->records[stack->index - back].move : 0;
     }
     uint64_t key() const { return state().key; }
-    uint64_t reducedKey() const;
+    // The key without the side to move and the en-passant square.
+    uint64_t reducedKey() const {
+        const PositionState& st = state();
+        return st.key ^ zobrist.epKey[st.epSquare] ^ (sideToMove == White ? zobrist.sideKey : 0);
+    }
     bool inCheck() const { return state().inCheck; }
     Bitboard pieces(int piece) const { return pieceBB[piece]; }
     Bitboard pieces(Color c, int type) const { return pieceBB[makePiece(c, type)]; }
