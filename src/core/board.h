@@ -157,3 +157,39 @@ class Board {
     void removePiece(int piece, int sq);
     void updateEndgameId();
 };
+
+// Inline: the move generator, make-move and the evaluation ask these at nearly every node.
+inline bool Board::isAttacked(int sq, Color by) const {
+    if (attacks.kingAttacks[sq] & pieces(by, KING)) return true;
+    if (attacks.knightAttacks[sq] & pieces(by, KNIGHT)) return true;
+    if (attacks.pawnAttacks[~by][sq] & pieces(by, PAWN)) return true;
+    // A slider needs a look-up only when one stands on a line through the square at all.
+    const Bitboard occ = occupiedBB & ~pieces(~by, KING);
+    const Bitboard queens = pieces(by, QUEEN);
+    const Bitboard rooks = pieces(by, ROOK) | queens, bishops = pieces(by, BISHOP) | queens;
+    if ((attacks.rookLines[sq] & rooks) && (attacks.rookAttacks(sq, occ) & rooks)) return true;
+    return (attacks.bishopLines[sq] & bishops) && (attacks.bishopAttacks(sq, occ) & bishops);
+}
+
+inline bool Board::computeInCheck() const {
+    int ksq = kingSquare[sideToMove];
+    if (ksq == NO_SQUARE) return false;
+    // The own king on the square blocks no line to it, so the attack test of king moves serves.
+    return isAttacked(ksq, ~sideToMove);
+}
+
+inline Bitboard Board::lineBlockers(int sq, Color sliders, Color owner) const {
+    Bitboard queens = pieces(sliders, QUEEN);
+    Bitboard snipers = (attacks.rookLines[sq] & (pieces(sliders, ROOK) | queens)) |
+                       (attacks.bishopLines[sq] & (pieces(sliders, BISHOP) | queens));
+    Bitboard found = 0;
+    while (snipers) {
+        Bitboard blockers = attacks.between[sq][popLsb(snipers)] & occupiedBB;
+        if (blockers && !moreThanOne(blockers)) found |= blockers & colorBB[owner];
+    }
+    return found;
+}
+
+inline Bitboard Board::pinnedPieces(Color c) const {
+    return kingSquare[c] == NO_SQUARE ? 0 : lineBlockers(kingSquare[c], ~c, c);
+}
