@@ -80,4 +80,3 @@ void Board::initPosition(uint32_t castling, uint32_t epSquare, uint32_t rule50) 
     st.phaseMaterial = phase;
     positionString = getFen();
 }
-

@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <string>
 
 #include "core/board.h"
+#include "core/movegen.h"
 #include "core/notation.h"
 #include "eval/weights.h"
 
@@ -41,4 +44,31 @@ TEST(See, ClassicExchanges) {
         ASSERT_TRUE(m && isMoveInList(board, m)) << c.fen;
         EXPECT_EQ(see(board, m), c.see) << c.fen;
     }
+}
+
+// The quiet-move pruning skips the exchange when losing the moving piece stays within its
+// threshold, which holds only if no exchange after a quiet move loses more than that piece.
+// Checked on every quiet move of the perft positions and of their children.
+TEST(See, QuietMoveLosesAtMostItsPiece) {
+    std::ifstream in(std::string(MORVANE_DATA_DIR) + "/perft.epd");
+    Board board;
+    int checked = 0;
+    auto checkQuiets = [&](int ply) {
+        for (Move m : generateAll(board, ply))
+            if (!moveCaptured(m) && !moveIsPromotion(m)) {
+                EXPECT_GE(see(board, m), -seeValue(movePiece(m))) << board.getFen() << " " << m;
+                checked++;
+            }
+    };
+    for (std::string line; std::getline(in, line);) {
+        ASSERT_EQ(board.setFen(line.substr(0, line.find(" perft1 "))), 0) << line;
+        MoveList& moves = generateAll(board, 0);
+        checkQuiets(1);
+        for (Move m : moves) {
+            board.makeMove(m);
+            checkQuiets(1);
+            board.unmakeMove(m);
+        }
+    }
+    EXPECT_GT(checked, 10000);
 }
