@@ -66,19 +66,6 @@ CheckInfo checkInfoOf(const Board& b) {
     return info;
 }
 
-bool givesCheck(const Board& b, Move m, const CheckInfo& info) {
-    if (info.kingSquare == NO_SQUARE) return false;
-    // Promotions, castling and en passant change more than one square of a line; they are rare.
-    if (moveIsPromotion(m) || moveIsCastling(m) || moveIsEnPassant(m)) return givesCheck(b, m);
-    const int from = moveFrom(m), to = moveTo(m);
-    // A slider that moves along a line away from the king was blocked there before the move
-    // (the king is not in check), so the squares computed with the piece still on `from` hold.
-    if (info.checkSquares[typeOf(movePiece(m))] & squareBB(to)) return true;
-    // A blocker that stays on its line keeps blocking.
-    return (info.discoverers & squareBB(from)) &&
-           !(b.attacks.fullLine[from][info.kingSquare] & squareBB(to));
-}
-
 bool createsThreat(const Board& b, Move m) {
     const int to = moveTo(m);
     const int placed = moveIsPromotion(m) ? promotionPiece(m) : movePiece(m);
