@@ -31,8 +31,6 @@ void Evaluator::clear() {
     evalCounters = materialCounters = pawnCounters = {};
 }
 
-// Kept out of line: with every prefetch of the search's child helpers in sight, the compiler
-// takes those helpers for calls without effect and drops them.
 void Evaluator::prefetch(uint64_t childKey) const {
     // The child has the other side to move. With a piece on each side its entry is keyed
     // without the side, which differs from the position key by the side key when White moves.
@@ -40,7 +38,7 @@ void Evaluator::prefetch(uint64_t childKey) const {
     bool sideFree = board.nonPawnCount[White] && board.nonPawnCount[Black];
     uint64_t key = sideFree && board.sideToMove == Black ? childKey ^ board.zobrist.sideKey : childKey;
     // For writing: a position that misses the cache stores its value there.
-    __builtin_prefetch(&evalSlots()[key & (EVAL_CACHE_SIZE - 1)], 1);
+    prefetchForWrite(&evalSlots()[key & (EVAL_CACHE_SIZE - 1)]);
 }
 
 // Pawn and king attacks, the king zones, and the start of the piece attack maps.

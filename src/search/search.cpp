@@ -51,6 +51,7 @@ bool mateDistanceCut(int ply, int& alpha, int& beta, int& cut) {
 }  // namespace
 
 // Evasions: the hash move first, then captures by gain, quiet moves by history, losing moves last.
+// Given a memo, it remembers each exchange value it works out.
 void TSearchThread::keyEvasions(MoveList& list, Move hashMove, ExchangeMemo* memo) {
     for (Move& m : list) {
         int s = see(board, m), key;
@@ -309,8 +310,8 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                     seeOfMove = see(board, m);
                 return seeOfMove;
             };
-            // A quiet move loses at most the piece that moves: below that bound no exchange
-            // needs working out.
+            // The exchange after a quiet move never loses more than the piece that moves, so a
+            // threshold at or below minus its value cannot be reached and see() is skipped.
             auto seeBelow = [&](int threshold) {
                 return (!quiet || -seeValue(movePiece(m)) < threshold) && moveSee() < threshold;
             };

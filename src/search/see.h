@@ -20,7 +20,7 @@ struct ExchangeMemo {
     // Whether the move is held; its value goes to `value`.
     bool recall(Move m, int& value) const {
         for (int i = 0; i < count; i++)
-            if (moves[i] == m) return value = values[i], true;
+            if (moves[i] == (m & MOVE_MASK)) return value = values[i], true;
         return false;
     }
 };

@@ -16,9 +16,10 @@
 #include "core/board.h"
 #include "search/limits.h"
 #include "search/moveorder.h"
-#include "search/see.h"
 #include "search/timeman.h"
 #include "search/tt.h"
+
+struct ExchangeMemo;
 
 class Evaluator;
 

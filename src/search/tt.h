@@ -48,7 +48,7 @@ class TranspositionTable {
     // cluster holds no free entry.
     void storeBookMove(uint64_t key, Move move);
     // Fetched for writing: a hit may rewrite the entry's mark, and a miss is followed by a store.
-    void prefetch(uint64_t key) const { __builtin_prefetch(&clusters[key & mask], 1); }
+    void prefetch(uint64_t key) const { prefetchForWrite(&clusters[key & mask]); }
     // Entries filled per mille.
     int hashfull() const;
     uint64_t filled() const { return filledCount.load(std::memory_order_relaxed); }

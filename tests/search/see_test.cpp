@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 
+#include "../core/test_positions.h"
 #include "core/board.h"
 #include "core/movegen.h"
 #include "core/notation.h"
@@ -50,24 +50,23 @@ TEST(See, ClassicExchanges) {
 // threshold, which holds only if no exchange after a quiet move loses more than that piece.
 // Checked on every quiet move of the perft positions and of their children.
 TEST(See, QuietMoveLosesAtMostItsPiece) {
-    std::ifstream in(std::string(MORVANE_DATA_DIR) + "/perft.epd");
-    Board board;
+    auto board = coretest::newBoard();
     int checked = 0;
-    auto checkQuiets = [&](int ply) {
-        for (Move m : generateAll(board, ply))
+    auto checkQuiets = [&] {
+        for (Move m : generateAll(*board, 1))
             if (!moveCaptured(m) && !moveIsPromotion(m)) {
-                EXPECT_GE(see(board, m), -seeValue(movePiece(m))) << board.getFen() << " " << m;
+                EXPECT_GE(see(*board, m), -seeValue(movePiece(m)))
+                    << board->getFen() << " " << moveToUci(m);
                 checked++;
             }
     };
-    for (std::string line; std::getline(in, line);) {
-        ASSERT_EQ(board.setFen(line.substr(0, line.find(" perft1 "))), 0) << line;
-        MoveList& moves = generateAll(board, 0);
-        checkQuiets(1);
-        for (Move m : moves) {
-            board.makeMove(m);
-            checkQuiets(1);
-            board.unmakeMove(m);
+    for (const std::string& fen : coretest::perftFens()) {
+        ASSERT_EQ(board->setFen(fen), 0) << fen;
+        checkQuiets();
+        for (Move m : generateAll(*board, 0)) {
+            board->makeMove(m);
+            checkQuiets();
+            board->unmakeMove(m);
         }
     }
     EXPECT_GT(checked, 10000);

@@ -65,6 +65,9 @@ TEST(Bench, OneRunCheckedLineByLine) {
         "^ Total   ([ 0-9]{13})     ([ 0-9]{7}) ms  ([ 0-9]{11}) nps  ([ 0-9]{3})/30$");
     ASSERT_TRUE(std::regex_match(total, m, totalRow)) << "[" << total << "]";
     EXPECT_EQ(std::stoull(m[1]), nodeSum);
+    // The search's node count: speed work must leave it as it is, and a change of the evaluation
+    // or the search that moves it on purpose updates it here.
+    EXPECT_EQ(nodeSum, 8'205'920u);
     EXPECT_EQ(std::stoull(m[3]), nodeSum * 1000 / (std::stoull(m[2]) + 1));
     EXPECT_EQ(std::stoi(m[4]), solved);
     EXPECT_EQ(at, out.size()) << "nothing was answered while the bench ran";
