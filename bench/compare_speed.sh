@@ -1,16 +1,27 @@
 #!/usr/bin/env bash
 # Compares the search speed of two engine binaries by their `bench` command.
 #
-#   bench/compare_speed.sh OLD NEW [ROUNDS]
+#   bench/compare_speed.sh [--alone] OLD NEW [ROUNDS]
 #
 # On a shared or virtual machine one run's speed swings by far more than a code change moves it,
 # and one core can be steadily faster than the other. So both binaries run at the same time,
 # each on a core of its own, and they swap cores every round: a pair of rounds gives NEW/OLD as
 # the geometric mean of its two ratios, and the pairs give the mean and two standard errors.
+#
+# Two engines at once also share the last-level cache and the memory bus, which weighs memory
+# stalls more than one engine alone meets them. With --alone the binaries run one at a time on
+# core 0, in the order OLD NEW, NEW OLD, ... so that a drift of the machine's speed cancels; a
+# round gives NEW/OLD directly. This is the speed a user's single engine sees, but it needs a
+# quiet machine.
 # Needs two cores and taskset; stop everything else on the machine first.
 set -euo pipefail
+alone=0
+if [ "${1:-}" = --alone ]; then
+    alone=1
+    shift
+fi
 if [ $# -lt 2 ]; then
-    echo "usage: $0 OLD NEW [ROUNDS]" >&2
+    echo "usage: $0 [--alone] OLD NEW [ROUNDS]" >&2
     exit 2
 fi
 old=$1 new=$2 rounds=${3:-10}
@@ -19,10 +30,30 @@ trap 'rm -rf "$out"' EXIT
 
 nps() { awk '/^ Total/ { print $(NF - 2) }' "$1"; }
 
+benchOn() { echo bench | taskset -c "$1" "$2" >"$3" 2>&1; }
+
+if [ $alone = 1 ]; then
+    for round in $(seq "$rounds"); do
+        if [ $((round % 2)) = 1 ]; then
+            benchOn 0 "$old" "$out/old" && benchOn 0 "$new" "$out/new"
+        else
+            benchOn 0 "$new" "$out/new" && benchOn 0 "$old" "$out/old"
+        fi
+        echo "$(nps "$out/old") $(nps "$out/new")"
+    done | awk '
+        { ratio = $2 / $1; sum += ratio; sq += ratio * ratio; n++
+          printf "round %2d: old %8d nps, new %8d nps, new/old %.4f\n", NR, $1, $2, ratio }
+        END {
+            if (n < 2) { print "at least two rounds are needed"; exit 1 }
+            mean = sum / n; sd = sqrt((sq - n * mean * mean) / (n - 1))
+            printf "new/old over %d rounds, one engine at a time: %.4f +- %.4f\n", n, mean, 2 * sd / sqrt(n) }'
+    exit
+fi
+
 for round in $(seq "$rounds"); do
     if [ $((round % 2)) = 1 ]; then oldCore=0 newCore=1; else oldCore=1 newCore=0; fi
-    echo bench | taskset -c $oldCore "$old" >"$out/old" 2>&1 &
-    echo bench | taskset -c $newCore "$new" >"$out/new" 2>&1 &
+    benchOn $oldCore "$old" "$out/old" &
+    benchOn $newCore "$new" "$out/new" &
     wait
     echo "$(nps "$out/old") $(nps "$out/new")"
 done | awk '
