@@ -119,16 +119,19 @@ struct Gen {
             list.add(Us == White ? CASTLE_WQ : CASTLE_BQ);
     }
 
-    void captures() {
-        Bitboard enemies = b.colorBB[~Us] & ~b.pieceBB[makePiece(~Us, KING)];
-        addKingMoves(enemies);
-        addEnPassant(b.pieceBB[makePiece(Us, PAWN)]);
-        addPawnCaptures(enemies);
+    // Captures of the pieces on `victims`, and every promotion.
+    void captures(Bitboard victims) {
+        constexpr Bitboard lastRank = Us == White ? RANK_8 : RANK_1;
+        const Bitboard enemies = b.colorBB[~Us] & ~b.pieceBB[makePiece(~Us, KING)];
+        const Bitboard targets = enemies & victims;
+        addKingMoves(targets);
+        if (targets & b.pieceBB[makePiece(~Us, PAWN)]) addEnPassant(b.pieceBB[makePiece(Us, PAWN)]);
+        addPawnCaptures(enemies & (victims | lastRank));
         addPushPromotions(~Bitboard(0));
-        addPieceMoves<KNIGHT>(enemies);
-        addPieceMoves<BISHOP>(enemies);
-        addPieceMoves<ROOK>(enemies);
-        addPieceMoves<QUEEN>(enemies);
+        addPieceMoves<KNIGHT>(targets);
+        addPieceMoves<BISHOP>(targets);
+        addPieceMoves<ROOK>(targets);
+        addPieceMoves<QUEEN>(targets);
     }
 
     void quiets() {
@@ -170,7 +173,9 @@ struct Gen {
 };
 
 template <Color Us>
-void dispatchCaptures(const Board& b, MoveList& l) { Gen<Us>(b, l).captures(); }
+void dispatchCaptures(const Board& b, MoveList& l, Bitboard victims) {
+    Gen<Us>(b, l).captures(victims);
+}
 template <Color Us>
 void dispatchQuiets(const Board& b, MoveList& l) { Gen<Us>(b, l).quiets(); }
 template <Color Us>
@@ -180,8 +185,9 @@ void dispatchCastling(const Board& b, MoveList& l) { Gen<Us>(b, l).addCastling()
 
 }  // namespace
 
-void generateCaptures(const Board& b, MoveList& l) {
-    b.sideToMove == White ? dispatchCaptures<White>(b, l) : dispatchCaptures<Black>(b, l);
+void generateCaptures(const Board& b, MoveList& l, Bitboard victims) {
+    b.sideToMove == White ? dispatchCaptures<White>(b, l, victims)
+                          : dispatchCaptures<Black>(b, l, victims);
 }
 void generateQuiets(const Board& b, MoveList& l) {
     b.sideToMove == White ? dispatchQuiets<White>(b, l) : dispatchQuiets<Black>(b, l);

@@ -13,7 +13,8 @@ MoveList& generateAll(Board& board, int ply);
 
 // These append to the list. Captures include en-passant captures and every promotion;
 // quiet moves include castling. Neither may be called while in check.
-void generateCaptures(const Board& board, MoveList& list);
+// Captures may be limited to the pieces on `victims`; promotions come all the same.
+void generateCaptures(const Board& board, MoveList& list, Bitboard victims = ~Bitboard(0));
 void generateQuiets(const Board& board, MoveList& list);
 void generateEvasions(const Board& board, MoveList& list);
 

@@ -311,9 +311,11 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
                 return seeOfMove;
             };
             // The exchange after a quiet move never loses more than the piece that moves, so a
-            // threshold at or below minus its value cannot be reached and see() is skipped.
+            // threshold at or below minus its value cannot be reached and see() is skipped; nor
+            // is it when the exchange's ceiling already lies below the threshold.
             auto seeBelow = [&](int threshold) {
-                return (!quiet || -seeValue(movePiece(m)) < threshold) && moveSee() < threshold;
+                if (quiet && -seeValue(movePiece(m)) >= threshold) return false;
+                return exchangeCeiling(board, m) < threshold || moveSee() < threshold;
             };
             auto moveIsActive = [&] {
                 return active < 0 ? active = isActiveMove(board, m) : active;
@@ -470,7 +472,15 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
         if (stage == HASH_STAGE) {
             list.add(hashMove);
         } else if (stage == CAPTURE_STAGE) {
-            generateCaptures(board, list);
+            // Captures of a piece too small to lift the score to alpha are pruned below; alpha
+            // only rises, so they need not be generated at all.
+            Bitboard victims = 0;
+            for (int type = PAWN; type <= QUEEN; type++) {
+                const int piece = makePiece(~board.sideToMove, type);
+                if (seeValue(piece) + P.quiescenceDeltaMargin + eval >= alpha)
+                    victims |= board.pieceBB[piece];
+            }
+            generateCaptures(board, list, victims);
             if (hashMove) removeMove(list, hashMove);
             static constexpr int VICTIM[7] = {0, 32, 80, 80, 160, 255, 0};
             static constexpr int ATTACKER[7] = {0, 8, 24, 24, 40, 72, 0};
@@ -498,7 +508,8 @@ int TSearchThread::quiescence(int ply, int depth, int alpha, int beta, Move* pv)
                     continue;
                 if (moveIsPromotion(m) && movePromoChoice(m) != 3) continue;
                 if (stage != HASH_STAGE) {
-                    if (captured < mover && see(board, m) < 0) continue;
+                    if (captured < mover && (exchangeCeiling(board, m) < 0 || see(board, m) < 0))
+                        continue;
                     if (captured == mover && eval + P.quiescenceEqualExchangeMargin < alpha &&
                         see(board, m) == 0)
                         continue;

@@ -39,6 +39,39 @@ TEST(MoveGen, CapturesAndQuietsSplitTheLegalMoves) {
     }
 }
 
+// Captures limited to some victims are the full captures of those victims, and every promotion
+// whatever it takes. Tried with each piece kind left out, and with no victim at all.
+TEST(MoveGen, CapturesOfChosenVictims) {
+    auto board = coretest::newBoard();
+    int dropped = 0;
+    for (const std::string& fen : positions()) {
+        ASSERT_EQ(board->setFen(fen), 0) << fen;
+        if (board->inCheck()) continue;
+        const Color them = ~board->sideToMove;
+        MoveList all;
+        all.count = 0;
+        generateCaptures(*board, all);
+        for (int leftOut = PAWN; leftOut <= KING; leftOut++) {
+            // KING stands for "no victim at all".
+            Bitboard victims = 0;
+            for (int type = PAWN; type <= QUEEN; type++)
+                if (type != leftOut && leftOut != KING) victims |= board->pieces(them, type);
+            std::multiset<Move> expected, got;
+            for (Move m : all)
+                if (moveIsPromotion(m) ||
+                    (squareBB(moveIsEnPassant(m) ? moveTo(m) ^ 8 : moveTo(m)) & victims))
+                    expected.insert(m);
+            MoveList some;
+            some.count = 0;
+            generateCaptures(*board, some, victims);
+            for (Move m : some) got.insert(m);
+            EXPECT_EQ(got, expected) << fen << " without victim kind " << leftOut;
+            dropped += int(all.count - some.count);
+        }
+    }
+    EXPECT_GT(dropped, 1000);
+}
+
 // Legal moves (with any ordering key) validate to themselves; moves of other positions, random
 // values and one-bit corruptions (often moves into check) validate to 0 unless legal here.
 TEST(MoveGen, ValidateMoveAcceptsExactlyTheLegalMoves) {

@@ -46,28 +46,41 @@ TEST(See, ClassicExchanges) {
     }
 }
 
-// The quiet-move pruning skips the exchange when losing the moving piece stays within its
-// threshold, which holds only if no exchange after a quiet move loses more than that piece.
-// Checked on every quiet move of the perft positions and of their children.
-TEST(See, QuietMoveLosesAtMostItsPiece) {
+// The pruning tests skip the exchange when a bound settles them: no exchange after a quiet move
+// loses more than the moving piece, and none onto a square an enemy pawn guards gains more than
+// the victim minus the mover plus a pawn. Checked on every move of the perft positions and of
+// their children, counting the moves where each bound is reached.
+TEST(See, BoundsHoldOnEveryMove) {
     auto board = coretest::newBoard();
-    int checked = 0;
-    auto checkQuiets = [&] {
-        for (Move m : generateAll(*board, 1))
+    int quiets = 0, guarded = 0, floorReached = 0, ceilingReached = 0;
+    auto checkMoves = [&] {
+        for (Move m : generateAll(*board, 1)) {
+            const int value = see(*board, m);
+            const std::string where = board->getFen() + " " + moveToUci(m);
             if (!moveCaptured(m) && !moveIsPromotion(m)) {
-                EXPECT_GE(see(*board, m), -seeValue(movePiece(m)))
-                    << board->getFen() << " " << moveToUci(m);
-                checked++;
+                EXPECT_GE(value, -seeValue(movePiece(m))) << where;
+                quiets++;
+                floorReached += value == -seeValue(movePiece(m));
             }
+            if (const int ceiling = exchangeCeiling(*board, m); ceiling != INT32_MAX) {
+                EXPECT_LE(value, ceiling) << where;
+                guarded++;
+                ceilingReached += value == ceiling;
+            }
+        }
     };
     for (const std::string& fen : coretest::perftFens()) {
         ASSERT_EQ(board->setFen(fen), 0) << fen;
-        checkQuiets();
+        checkMoves();
         for (Move m : generateAll(*board, 0)) {
             board->makeMove(m);
-            checkQuiets();
+            checkMoves();
             board->unmakeMove(m);
         }
     }
-    EXPECT_GT(checked, 10000);
+    EXPECT_GT(quiets, 10000);
+    EXPECT_GT(guarded, 300);
+    // Bounds that are never reached would test nothing.
+    EXPECT_GT(floorReached, 1000);
+    EXPECT_GT(ceilingReached, 30);
 }
