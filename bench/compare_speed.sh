@@ -32,35 +32,31 @@ nps() { awk '/^ Total/ { print $(NF - 2) }' "$1"; }
 
 benchOn() { echo bench | taskset -c "$1" "$2" >"$3" 2>&1; }
 
-if [ $alone = 1 ]; then
-    for round in $(seq "$rounds"); do
+for round in $(seq "$rounds"); do
+    if [ $alone = 1 ]; then
         if [ $((round % 2)) = 1 ]; then
             benchOn 0 "$old" "$out/old" && benchOn 0 "$new" "$out/new"
         else
             benchOn 0 "$new" "$out/new" && benchOn 0 "$old" "$out/old"
         fi
-        echo "$(nps "$out/old") $(nps "$out/new")"
-    done | awk '
-        { ratio = $2 / $1; sum += ratio; sq += ratio * ratio; n++
-          printf "round %2d: old %8d nps, new %8d nps, new/old %.4f\n", NR, $1, $2, ratio }
-        END {
-            if (n < 2) { print "at least two rounds are needed"; exit 1 }
-            mean = sum / n; sd = sqrt((sq - n * mean * mean) / (n - 1))
-            printf "new/old over %d rounds, one engine at a time: %.4f +- %.4f\n", n, mean, 2 * sd / sqrt(n) }'
-    exit
-fi
-
-for round in $(seq "$rounds"); do
-    if [ $((round % 2)) = 1 ]; then oldCore=0 newCore=1; else oldCore=1 newCore=0; fi
-    benchOn $oldCore "$old" "$out/old" &
-    benchOn $newCore "$new" "$out/new" &
-    wait
+    else
+        if [ $((round % 2)) = 1 ]; then oldCore=0 newCore=1; else oldCore=1 newCore=0; fi
+        benchOn $oldCore "$old" "$out/old" &
+        benchOn $newCore "$new" "$out/new" &
+        wait
+    fi
     echo "$(nps "$out/old") $(nps "$out/new")"
-done | awk '
-    { ratio[NR] = $2 / $1; printf "round %2d: old %8d nps (core %d), new %8d nps, new/old %.4f\n",
-                                  NR, $1, (NR + 1) % 2, $2, ratio[NR] }
+done | awk -v alone=$alone '
+    { ratio[NR] = $2 / $1
+      printf "round %2d: old %8d nps%s, new %8d nps, new/old %.4f\n", NR, $1,
+             alone ? "" : sprintf(" (core %d)", (NR + 1) % 2), $2, ratio[NR] }
     END {
-        for (i = 2; i <= NR; i += 2) { g = sqrt(ratio[i - 1] * ratio[i]); sum += g; sq += g * g; n++ }
+        # Alone, each round is a sample; at once, each pair of rounds on swapped cores.
+        step = alone ? 1 : 2
+        for (i = step; i <= NR; i += step) {
+            g = alone ? ratio[i] : sqrt(ratio[i - 1] * ratio[i]); sum += g; sq += g * g; n++
+        }
         if (n == 0) { print "at least two rounds are needed"; exit 1 }
         mean = sum / n; sd = n > 1 ? sqrt((sq - n * mean * mean) / (n - 1)) : 0
-        printf "new/old over %d swapped pairs: %.4f +- %.4f\n", n, mean, 2 * sd / sqrt(n) }'
+        printf "new/old over %d %s: %.4f +- %.4f\n", n, alone ? "rounds, one engine at a time" : "swapped pairs",
+               mean, 2 * sd / sqrt(n) }'

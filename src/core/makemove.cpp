@@ -9,9 +9,6 @@ constexpr uint32_t cornerRight(int sq) {
     return sq == 7 ? WHITE_OO : sq == 0 ? WHITE_OOO : sq == 63 ? BLACK_OO : sq == 56 ? BLACK_OOO : 0u;
 }
 
-// The square of the pawn taken en passant: below a rank-6 target, above a rank-3 target.
-constexpr int epVictim(int to) { return rankOf(to) == 5 ? to - 8 : to + 8; }
-
 }  // namespace
 
 inline void Board::putPiece(int piece, int sq) {
@@ -81,7 +78,7 @@ void Board::makeMove(Move m) {
     const Color us = sideToMove;
 
     if (captured) {
-        int victim = moveIsEnPassant(m) ? epVictim(to) : to;
+        int victim = capturedSquare(m);
         removePiece(captured, victim);
         st.key ^= zobrist.pieceKey[victim][captured];
         st.pawnKey ^= zobrist.pawnKingKey[victim][captured];
@@ -162,7 +159,7 @@ void Board::unmakeMove(Move m) {
         transferPiece(piece, to, from);
     }
     if (captured) {
-        putPiece(captured, moveIsEnPassant(m) ? epVictim(to) : to);
+        putPiece(captured, capturedSquare(m));
         totalPieces++;
         nonPawnCount[~us] += NON_PAWN_FLAG[captured];
         pieceCount[captured]++;

@@ -227,7 +227,7 @@ bool isLegal(const Board& b, int ksq, Move m) {
                            (at.bishopLines[ksq] & (b.pieces(them, BISHOP) | queens));
         if (!(beyond & sliders)) return true;
     }
-    int victim = ep ? (rankOf(to) == 5 ? to - 8 : to + 8) : to;
+    int victim = capturedSquare(m);
     Bitboard occ = (b.occupiedBB & ~squareBB(from) & ~squareBB(victim)) | squareBB(to);
     Bitboard enemy = b.colorBB[them] & ~squareBB(victim);
     Bitboard queens = b.pieces(them, QUEEN);
@@ -252,7 +252,7 @@ Move validateMove(const Board& b, Move m) {
     if (ep && (to != int(b.state().epSquare) || b.squares[to] != EMPTY)) return 0;
     if (captured) {
         if (colorOf(captured) != ~us || typeOf(captured) == KING) return 0;
-        int victim = ep ? (rankOf(to) == 5 ? to - 8 : to + 8) : to;
+        int victim = capturedSquare(m);
         if (b.squares[victim] != captured) return 0;
     } else if (b.squares[to] != EMPTY || ep) {
         return 0;

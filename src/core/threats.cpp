@@ -30,7 +30,7 @@ bool givesCheck(const Board& b, Move m) {
     const int from = moveFrom(m), to = moveTo(m);
     const int placed = moveIsPromotion(m) ? promotionPiece(m) : movePiece(m);
     Bitboard occ = b.occupiedBB & ~squareBB(from);
-    if (moveIsEnPassant(m)) occ &= ~squareBB(rankOf(to) == 5 ? to - 8 : to + 8);
+    if (moveIsEnPassant(m)) occ &= ~squareBB(capturedSquare(m));
     occ |= squareBB(to);
     const int type = typeOf(placed);
     if (type == BISHOP || type == ROOK || type == QUEEN) {

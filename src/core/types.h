@@ -54,6 +54,10 @@ constexpr int moveTo(Move m) { return (m >> 10) & 63; }
 constexpr int moveCaptured(Move m) { return (m >> 16) & 15; }
 constexpr int movePromoChoice(Move m) { return (m >> 20) & 3; }  // 0 N, 1 B, 2 R, 3 Q
 constexpr bool moveIsEnPassant(Move m) { return m & EP_FLAG; }
+// The square of the piece a capture takes: its destination, or for en passant the square behind it.
+constexpr int capturedSquare(Move m) {
+    return !moveIsEnPassant(m) ? moveTo(m) : rankOf(moveTo(m)) == 5 ? moveTo(m) - 8 : moveTo(m) + 8;
+}
 constexpr bool moveIsPawn(Move m) { return typeOf(movePiece(m)) == PAWN; }
 constexpr bool moveIsPromotion(Move m) {
     return moveIsPawn(m) && (rankOf(moveTo(m)) == 0 || rankOf(moveTo(m)) == 7);

@@ -24,7 +24,7 @@ int see(const Board& b, Move m) {
     const int from = moveFrom(m), to = moveTo(m);
     const AttackTables& at = b.attacks;
     Bitboard occ = b.occupiedBB & ~squareBB(from);
-    if (moveIsEnPassant(m)) occ &= ~squareBB(rankOf(to) == 5 ? to - 8 : to + 8);
+    if (moveIsEnPassant(m)) occ &= ~squareBB(capturedSquare(m));
     int onSquare = moveIsPromotion(m) ? promotionPiece(m) : movePiece(m);
     int gain[40];
     gain[0] = seeValue(moveCaptured(m));

@@ -58,8 +58,7 @@ TEST(MoveGen, CapturesOfChosenVictims) {
                 if (type != leftOut && leftOut != KING) victims |= board->pieces(them, type);
             std::multiset<Move> expected, got;
             for (Move m : all)
-                if (moveIsPromotion(m) ||
-                    (squareBB(moveIsEnPassant(m) ? moveTo(m) ^ 8 : moveTo(m)) & victims))
+                if (moveIsPromotion(m) || (squareBB(capturedSquare(m)) & victims))
                     expected.insert(m);
             MoveList some;
             some.count = 0;
