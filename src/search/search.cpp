@@ -304,9 +304,12 @@ int TSearchThread::alphaBeta(int ply, int depth, int extFraction, int alpha, int
             const int moveKey = keyOf(list.moves[i]);
             const bool quiet = isQuiet(m);
             // The tests below may ask for the same exchange value and activity several times.
+            // The capture and evasion stages remembered the exchange values they ordered by; no
+            // move of the quiet stage is among them.
             int seeOfMove = NO_VALUE, active = -1;
             auto moveSee = [&] {
-                if (seeOfMove == NO_VALUE && !exchanges.recall(m, seeOfMove))
+                if (seeOfMove == NO_VALUE &&
+                    (stage == QUIET_STAGE || !exchanges.recall(m, seeOfMove)))
                     seeOfMove = see(board, m);
                 return seeOfMove;
             };

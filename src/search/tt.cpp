@@ -3,31 +3,7 @@
 #include <atomic>
 #include <cmath>
 
-namespace {
-
-template <typename T>
-T load(const T& word) {
-    return std::atomic_ref<T>(const_cast<T&>(word)).load(std::memory_order_relaxed);
-}
-template <typename T>
-void save(T& word, T value) {
-    std::atomic_ref<T>(word).store(value, std::memory_order_relaxed);
-}
-
-uint32_t markOf(uint32_t data) { return data >> 29; }
-uint32_t depthOf(uint32_t moveDepth) { return moveDepth >> 25; }
-
-uint32_t packMoveDepth(Move move, int depth) {
-    return (move & MOVE_MASK) | uint32_t(depth & 127) << 25;
-}
-uint32_t packData(Bound bound, int score, uint32_t mark) {
-    return uint32_t(bound) | uint32_t(score + 65536) << 12 | mark << 29;
-}
-
-// The entry visited at step i of a cluster; keys of one cluster start at different entries.
-int slot(uint64_t key, int i) { return i ^ int((key >> 32) & 3); }
-
-}  // namespace
+using namespace table_words;
 
 int TranspositionTable::resize(int64_t megabytes) {
     int64_t mb = megabytes < 2 ? 1 : megabytes > 8192 ? 8192 : megabytes;
@@ -48,24 +24,6 @@ void TranspositionTable::clear() {
     freshMark = FRESH_MARK;
     touchedMark = TOUCHED_MARK;
     filledCount = 0;
-}
-
-ProbeResult TranspositionTable::probe(uint64_t key, int ply) {
-    TTCluster& cluster = clusters[key & mask];
-    for (int i = 0; i < 4; i++) {
-        TTEntry& e = cluster.entries[slot(key, i)];
-        if (load(e.key) != key) continue;
-        uint32_t moveDepth = load(e.moveDepth), data = load(e.data);
-        // Writing only a changed mark keeps the line clean in the other threads' caches.
-        if (markOf(data) != touchedMark) save(e.data, (data & ~(7u << 29)) | touchedMark << 29);
-        ProbeResult r;
-        r.bound = Bound(data & 7);
-        r.score = scoreFromTable(int((data >> 12) & 0x1FFFF) - 65536, ply);
-        r.depth = int(depthOf(moveDepth));
-        r.move = moveDepth & MOVE_MASK;
-        return r;
-    }
-    return {};
 }
 
 void TranspositionTable::store(uint64_t key, int ply, int depth, Bound bound, int score,

@@ -25,6 +25,33 @@ struct alignas(64) TTCluster {
 };
 static_assert(sizeof(TTCluster) == 64);
 
+// The table's words, read and written as relaxed atomics, and how entries pack into them.
+namespace table_words {
+
+template <typename T>
+T load(const T& word) {
+    return std::atomic_ref<T>(const_cast<T&>(word)).load(std::memory_order_relaxed);
+}
+template <typename T>
+void save(T& word, T value) {
+    std::atomic_ref<T>(word).store(value, std::memory_order_relaxed);
+}
+
+inline uint32_t markOf(uint32_t data) { return data >> 29; }
+inline uint32_t depthOf(uint32_t moveDepth) { return moveDepth >> 25; }
+
+inline uint32_t packMoveDepth(Move move, int depth) {
+    return (move & MOVE_MASK) | uint32_t(depth & 127) << 25;
+}
+inline uint32_t packData(Bound bound, int score, uint32_t mark) {
+    return uint32_t(bound) | uint32_t(score + 65536) << 12 | mark << 29;
+}
+
+// The entry visited at step i of a cluster; keys of one cluster start at different entries.
+inline int slot(uint64_t key, int i) { return i ^ int((key >> 32) & 3); }
+
+}  // namespace table_words
+
 struct ProbeResult {
     Bound bound = BOUND_NONE;
     int score = 0;
@@ -84,4 +111,24 @@ constexpr int scoreFromTable(int score, int ply) {
     return score >= MATE_SCORE_BOUND    ? score - ply
            : score <= -MATE_SCORE_BOUND ? score + ply
                                         : score;
+}
+
+// Inline: every node of the search probes, most of them once.
+inline ProbeResult TranspositionTable::probe(uint64_t key, int ply) {
+    using namespace table_words;
+    TTCluster& cluster = clusters[key & mask];
+    for (int i = 0; i < 4; i++) {
+        TTEntry& e = cluster.entries[slot(key, i)];
+        if (load(e.key) != key) continue;
+        uint32_t moveDepth = load(e.moveDepth), data = load(e.data);
+        // Writing only a changed mark keeps the line clean in the other threads' caches.
+        if (markOf(data) != touchedMark) save(e.data, (data & ~(7u << 29)) | touchedMark << 29);
+        ProbeResult r;
+        r.bound = Bound(data & 7);
+        r.score = scoreFromTable(int((data >> 12) & 0x1FFFF) - 65536, ply);
+        r.depth = int(depthOf(moveDepth));
+        r.move = moveDepth & MOVE_MASK;
+        return r;
+    }
+    return {};
 }
