@@ -127,3 +127,15 @@ class alignas(64) Evaluator {
     template <Color Us>
     void kingActivity();
 };
+
+// Inline: the search calls it for nearly every move it makes.
+inline void Evaluator::prefetch(uint64_t childKey) const {
+    // The child has the other side to move. With a piece on each side its entry is keyed
+    // without the side, which differs from the position key by the side key when White moves.
+    // A capture of the last piece can change that; the line fetched is then merely useless.
+    bool sideFree = board.nonPawnCount[White] && board.nonPawnCount[Black];
+    uint64_t key =
+        sideFree && board.sideToMove == Black ? childKey ^ board.zobrist.sideKey : childKey;
+    // For writing: a position that misses the cache stores its value there.
+    prefetchForWrite(&evalSlots()[key & (EVAL_CACHE_SIZE - 1)]);
+}
