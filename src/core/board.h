@@ -126,14 +126,17 @@ class Board {
     // slider tests so that a king cannot step back along the line of a checking slider.
     bool isAttacked(int sq, Color by) const;
     // Pieces of both colours attacking a square with the given occupancy. Inline: the exchange
-    // evaluator calls it for nearly every capture it looks at.
+    // evaluator calls it for nearly every capture it looks at. A slider lookup is skipped when
+    // no slider of its kind stands on its lines through the square.
     Bitboard attackersTo(int sq, Bitboard occ) const {
-        return (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
-               (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
-               (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
-               (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING])) |
-               (attacks.rookAttacks(sq, occ) & rookMovers()) |
-               (attacks.bishopAttacks(sq, occ) & bishopMovers());
+        Bitboard found = (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
+                         (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
+                         (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
+                         (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING]));
+        const Bitboard rooks = rookMovers(), bishops = bishopMovers();
+        if (attacks.rookLines[sq] & rooks) found |= attacks.rookAttacks(sq, occ) & rooks;
+        if (attacks.bishopLines[sq] & bishops) found |= attacks.bishopAttacks(sq, occ) & bishops;
+        return found;
     }
     // Rooks and queens, and bishops and queens, of both colours.
     Bitboard rookMovers() const {
