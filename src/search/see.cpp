@@ -44,12 +44,14 @@ int see(const Board& b, Move m) {
         gain[depth] = seeValue(onSquare) - gain[depth - 1];
         onSquare = attacker;
         occ &= ~squareBB(sq);
-        // Sliders behind the piece that just captured join in, along the line it came from.
-        int rankStep = rankOf(sq) - rankOf(to), fileStep = fileOf(sq) - fileOf(to);
-        if (rankStep == 0 || fileStep == 0)
-            attackers |= at.rookAttacks(to, occ) & rookLike;
-        else if (rankStep == fileStep || rankStep == -fileStep)
+        // Sliders behind the piece that just captured join in, along the line it came from;
+        // the lookup is skipped when no slider of the line's kind stands beyond it.
+        const Bitboard beyond = at.lineBeyond[to][sq] & occ;
+        if (at.rookLines[to] & squareBB(sq)) {
+            if (beyond & rookLike) attackers |= at.rookAttacks(to, occ) & rookLike;
+        } else if (beyond & bishopLike) {
             attackers |= at.bishopAttacks(to, occ) & bishopLike;
+        }
         attackers &= occ;
         side = ~side;
         if (depth == 39) break;
