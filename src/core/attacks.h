@@ -59,6 +59,15 @@ struct AttackTables {
     Bitboard queenAttacks(int sq, Bitboard occ) const {
         return rookAttacks(sq, occ) | bishopAttacks(sq, occ);
     }
+    // Whether a slider of the given type on `from` sees `target`: both lie on a line it moves
+    // along and nothing in `occ` stands between them. Cheaper than a magic lookup, whose tables
+    // are too big to stay in the first-level cache.
+    bool sliderSees(int type, int from, int target, Bitboard occ) const {
+        const Bitboard* lines = type == ROOK     ? rookLines
+                                : type == BISHOP ? bishopLines
+                                                 : queenLines;
+        return (lines[target] & squareBB(from)) && !(between[from][target] & occ);
+    }
     // Attacks of a piece of the given type (pawns excluded) from a square.
     Bitboard pieceAttacks(int type, int sq, Bitboard occ) const {
         switch (type) {

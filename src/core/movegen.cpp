@@ -285,7 +285,7 @@ Move validateMove(const Board& b, Move m) {
             if (!(at.knightAttacks[from] & squareBB(to))) return 0;
             break;
         default:
-            if (!(at.pieceAttacks(type, from, b.occupiedBB) & squareBB(to))) return 0;
+            if (!at.sliderSees(type, from, to, b.occupiedBB)) return 0;
     }
     return isLegal(b, b.kingSquare[us], m) ? m : 0;
 }

@@ -10,16 +10,6 @@ Bitboard attacksFrom(const Board& b, int piece, int sq, Bitboard occ) {
     return b.attacks.pieceAttacks(typeOf(piece), sq, occ);
 }
 
-// A slider of the given type on `from` sees `target` when both lie on a line it moves along
-// and nothing in `occ` stands between them. Cheaper than a magic lookup, whose tables are too
-// big to stay in the first-level cache.
-bool sliderSees(const AttackTables& at, int type, int from, int target, Bitboard occ) {
-    const Bitboard* lines = type == ROOK     ? at.rookLines
-                            : type == BISHOP ? at.bishopLines
-                                             : at.queenLines;
-    return (lines[target] & squareBB(from)) && !(at.between[from][target] & occ);
-}
-
 }  // namespace
 
 bool givesCheck(const Board& b, Move m) {
@@ -34,11 +24,11 @@ bool givesCheck(const Board& b, Move m) {
     occ |= squareBB(to);
     const int type = typeOf(placed);
     if (type == BISHOP || type == ROOK || type == QUEEN) {
-        if (sliderSees(at, type, to, ksq, occ)) return true;
+        if (at.sliderSees(type, to, ksq, occ)) return true;
     } else if (attacksFrom(b, placed, to, occ) & squareBB(ksq)) {
         return true;
     }
-    if (moveIsCastling(m)) return sliderSees(at, ROOK, to > from ? from + 1 : from - 1, ksq, occ);
+    if (moveIsCastling(m)) return at.sliderSees(ROOK, to > from ? from + 1 : from - 1, ksq, occ);
     // Discovered checks by sliders that the move uncovers: only possible when the piece leaves
     // a line through the king (or an en-passant capture empties one).
     if (!moveIsEnPassant(m) && !(at.queenLines[ksq] & squareBB(from))) return false;
