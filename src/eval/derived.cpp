@@ -55,8 +55,8 @@ constexpr int THREAT_BY_MINOR[6][2] = {{0, 0}, {0, 2}, {3, 3}, {3, 3}, {5, 8}, {
 constexpr int THREAT_BY_ROOK[6][2] = {{0, 0}, {0, 2}, {3, 4}, {3, 4}, {0, 3}, {3, 4}};
 
 Score pair(int id) { return weights.pairs[id]; }
-int mgOf(int id) { return weights.pairs[id].mg; }
-int egOf(int id) { return weights.pairs[id].eg; }
+int mgOf(int id) { return weights.pairs[id].mg(); }
+int egOf(int id) { return weights.pairs[id].eg(); }
 
 // Mobility curve: w * (ln(moves + 1) - offset), truncated, for both halves.
 template <int N>
@@ -126,10 +126,10 @@ void computePawnTables(EvalTables& t) {
 
     Score w49 = pair(49);
     t.shelter[0] = {0, 0};
-    t.shelter[1] = {-3 * w49.mg, -5 * w49.eg};
-    t.shelter[2] = {-5 * w49.mg, -4 * w49.eg};
-    t.shelter[3] = {-7 * w49.mg, -3 * w49.eg};
-    t.pawnlessFlankEg = -7 * w49.eg;
+    t.shelter[1] = {-3 * w49.mg(), -5 * w49.eg()};
+    t.shelter[2] = {-5 * w49.mg(), -4 * w49.eg()};
+    t.shelter[3] = {-7 * w49.mg(), -3 * w49.eg()};
+    t.pawnlessFlankEg = -7 * w49.eg();
     for (int& storm : t.stormMg) storm = 0;
     t.stormMg[2] = mgOf(63);
     t.stormMg[3] = mgOf(66);

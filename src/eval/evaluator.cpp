@@ -58,7 +58,7 @@ int Evaluator::Evaluate() {
         __builtin_prefetch(&pawnSlots()[pawnKey & (PAWN_CACHE_SIZE - 1)]);
 
     int q = std::clamp(board.state().phaseMaterial, 0, 64);
-    int bonus = ((64 - q) * evalTables.tempo.eg + q * evalTables.tempo.mg) / 64;
+    int bonus = ((64 - q) * evalTables.tempo.eg() + q * evalTables.tempo.mg()) / 64;
 
     // With a piece on each side the static value does not depend on who moves, so both sides
     // to move share one entry, keyed without the side and the en-passant square.
@@ -73,7 +73,7 @@ int Evaluator::Evaluate() {
         return r + bonus;  // unscaled, unlike a fresh answer
     }
 
-    mg[White] = mg[Black] = eg[White] = eg[Black] = 0;
+    total[White] = total[Black] = Score();
     scale = 128;
     initAttacks<White>();
     initAttacks<Black>();
@@ -87,14 +87,15 @@ int Evaluator::Evaluate() {
     threats<White>();
     passedPawns<Black>();
     threats<Black>();
-    mg[White] += kingAttack<White>();
-    mg[Black] += kingAttack<Black>();
+    add(White, Score(kingAttack<White>(), 0));
+    add(Black, Score(kingAttack<Black>(), 0));
     patterns();
     scaleEndgame();
     kingActivity<White>();
     kingActivity<Black>();
 
-    int mgSum = mg[Black] - mg[White], egSum = eg[Black] - eg[White];
+    const Score sum = total[Black] - total[White];
+    const int mgSum = sum.mg(), egSum = sum.eg();
     int r = (mgSum * phase + egSum * (64 - phase) * scale / 128) / 64;
     if (board.sideToMove == White) r = -r;
     int whiteView = board.sideToMove == White ? r : -r;

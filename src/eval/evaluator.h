@@ -70,8 +70,7 @@ class alignas(64) Evaluator {
     Board& board;
 
     // Accumulators by colour; each side's own view.
-    int mg[2];
-    int eg[2];
+    Score total[2];
     int phase = 64;
     int scale = 128;
     int drawish = NOT_DRAWISH;
@@ -98,10 +97,7 @@ class alignas(64) Evaluator {
 
     uint64_t* evalSlots() const { return static_cast<uint64_t*>(evalCache.data()); }
     PawnEntry* pawnSlots() const { return static_cast<PawnEntry*>(pawnCache.data()); }
-    void add(Color c, Score s) {
-        mg[c] += s.mg;
-        eg[c] += s.eg;
-    }
+    void add(Color c, Score s) { total[c] += s; }
 
     // The steps of Evaluate, in order.
     template <Color Us>

@@ -66,10 +66,8 @@ void Evaluator::kingActivity() {
     // aside from a check, not an invitation to walk forward.
     Bitboard moves = board.attacks.kingAttacks[ksq] & ~board.colorBB[Us] & ~attackedBy[Them][0];
     Bitboard aside = moves & ~board.attacks.passedMask[Us][ksq];
-    mg[Us] += t.kingMobility[popcount(aside)].mg;
-    eg[Us] += t.kingMobility[popcount(moves)].eg;
-
-    eg[Us] += pawnEntry->kingPawnEg[Us];
+    add(Us, Score(t.kingMobility[popcount(aside)].mg(),
+                  t.kingMobility[popcount(moves)].eg() + pawnEntry->kingPawnEg[Us]));
 
     // Bishop and knight mate only in a corner of the bishop's colour: drive the lone king
     // toward those corners, away from the diagonal between the other two, and keep the own
@@ -79,7 +77,7 @@ void Evaluator::kingActivity() {
         const int file = fileOf(theirKing), rank = rankOf(theirKing);
         const bool light = board.pieces(Us, BISHOP) & LIGHT_SQUARES;  // corners h1 and a8
         int towardCorner = light ? std::abs(file - rank) : std::abs(7 - file - rank);
-        eg[Us] += KBNK_CORNER * towardCorner + KBNK_CLOSE * (7 - distance(ksq, theirKing));
+        add(Us, Score(0, KBNK_CORNER * towardCorner + KBNK_CLOSE * (7 - distance(ksq, theirKing))));
     }
 }
 

@@ -32,20 +32,16 @@ void Evaluator::evaluateMaterial(int materialPhase) {
                           : NOT_DRAWISH;
             materialAdjustments<White>(counts);
             materialAdjustments<Black>(counts);
-            entry = {key,
-                     mg[Black] - mg[White],
-                     eg[Black] - eg[White],
-                     material[White],
-                     material[Black],
-                     drawish,
-                     materialPhase};
-            mg[White] = mg[Black] = eg[White] = eg[Black] = 0;
+            const Score sum = total[Black] - total[White];
+            entry = {
+                key, sum.mg(), sum.eg(), material[White], material[Black], drawish, materialPhase,
+            };
+            total[White] = total[Black] = Score();
         }
         materialEntry = &entry;
     }
     const MaterialEntry& entry = *materialEntry;
-    mg[Black] += entry.mg;
-    eg[Black] += entry.eg;
+    add(Black, Score(entry.mg, entry.eg));
     material[White] = entry.whiteMaterial;
     material[Black] = entry.blackMaterial;
     drawish = entry.drawish;
@@ -64,7 +60,7 @@ void Evaluator::materialAdjustments(const int counts[13]) {
     int knights = counts[makePiece(Us, KNIGHT)];
     int rooks = counts[makePiece(Us, ROOK)];
     if (counts[makePiece(Us, BISHOP)] >= 2) add(Us, t.bishopPair);
-    if (rooks >= 2) eg[Us] += t.rookPairEg;
+    if (rooks >= 2) add(Us, Score(0, t.rookPairEg));
     add(Us, t.knightPerPawn * (knights * (pawns - 5)));
-    eg[Us] += t.rookPerMissingPawnEg * rooks * (5 - pawns);
+    add(Us, Score(0, t.rookPerMissingPawnEg * rooks * (5 - pawns)));
 }

@@ -17,6 +17,7 @@ void Evaluator::passedPawns() {
     const Bitboard theirHeavy = board.pieces(Them, ROOK) | board.pieces(Them, QUEEN);
 
     Score score;
+    int endgameOnly = 0;  // the terms that have no middle-game value
     for (Bitboard b = pawnEntry->passed & board.pieces(Us, PAWN); b;) {
         int sq = popLsb(b);
         int r = relativeRank(Us, sq);
@@ -26,24 +27,24 @@ void Evaluator::passedPawns() {
         Bitboard behind = at.rookAttacks(sq, occupied) & at.forwardFile[Them][sq];
 
         if (behind & board.pieces(Us, ROOK)) score += t.rookBehindPasser;
-        if (behind & board.pieces(Them, ROOK)) score.eg += t.enemyRookBehindPasserEg;
+        if (behind & board.pieces(Them, ROOK)) endgameOnly += t.enemyRookBehindPasserEg;
 
         if (r >= 3) {
-            score.eg += t.passerEnemyKingEg[r] * std::min(distance(theirKsq, stop), 5);
-            score.eg += t.passerOwnKingEg[r] * std::min(distance(ksq, stop), 5);
+            endgameOnly += t.passerEnemyKingEg[r] * std::min(distance(theirKsq, stop), 5);
+            endgameOnly += t.passerOwnKingEg[r] * std::min(distance(ksq, stop), 5);
             if (board.squares[stop] == EMPTY) {
                 Bitboard unsafe = path & (attackedBy[Them][0] | board.colorBB[Them]);
                 Bitboard defended = path & attackedBy[Us][0];
                 if (behind & theirHeavy) unsafe = path;
                 if (behind & ourHeavy) defended = path;
-                score.eg += !unsafe                      ? t.passerFreePathEg[r]
-                            : !(unsafe & squareBB(stop)) ? t.passerSafeStopEg[r]
-                                                         : 0;
-                score.eg += defended == path              ? t.passerDefendedPathEg[r]
-                            : (defended & squareBB(stop)) ? t.passerDefendedStopEg[r]
-                                                          : 0;
+                endgameOnly += !unsafe                      ? t.passerFreePathEg[r]
+                               : !(unsafe & squareBB(stop)) ? t.passerSafeStopEg[r]
+                                                            : 0;
+                endgameOnly += defended == path              ? t.passerDefendedPathEg[r]
+                               : (defended & squareBB(stop)) ? t.passerDefendedStopEg[r]
+                                                             : 0;
             } else if (board.colorBB[Them] & squareBB(stop)) {
-                score.eg += t.blockedPasserEg * (r - 2) / 4;
+                endgameOnly += t.blockedPasserEg * (r - 2) / 4;
             }
         }
 
@@ -55,10 +56,10 @@ void Evaluator::passedPawns() {
             int pawnMoves = std::max(7 - r - (r == 1), 1);
             int kingMoves = distance(theirKsq, promotion) - (board.sideToMove == Them);
             if (kingMoves > pawnMoves)
-                score.eg += t.pieceValue[QUEEN].eg - t.pieceValue[PAWN].eg - 16 * pawnMoves;
+                endgameOnly += t.pieceValue[QUEEN].eg() - t.pieceValue[PAWN].eg() - 16 * pawnMoves;
         }
     }
-    add(Us, score);
+    add(Us, score + Score(0, endgameOnly));
 }
 
 template void Evaluator::passedPawns<White>();

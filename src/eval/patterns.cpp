@@ -61,14 +61,14 @@ template <Color Us>
 Score patternsOf(const Board& board) {
     const EvalTables& t = evalTables;
     Score score;
-    score.mg += t.trappedBishopMg * trappedCount<Us>(board, TRAPPED_BISHOPS);
-    score.mg += t.trappedBishopFarMg * trappedCount<Us>(board, TRAPPED_FAR_BISHOPS);
+    score += Score(t.trappedBishopMg * trappedCount<Us>(board, TRAPPED_BISHOPS), 0);
+    score += Score(t.trappedBishopFarMg * trappedCount<Us>(board, TRAPPED_FAR_BISHOPS), 0);
     score += t.trappedKnight * trappedCount<Us>(board, TRAPPED_KNIGHTS);
 
     // A centre pawn on its home square with a piece in front locks in the own bishop.
     for (int sq : {D2, E2})
         if (holds<Us>(board, PAWN, sq) && board.squares[relativeSquare<Us>(sq + 8)] != EMPTY)
-            score.mg += t.blockedCentrePawnMg;
+            score += Score(t.blockedCentrePawnMg, 0);
 
     const int kingFile = fileOf(board.kingSquare[Us]);
     auto boxedIn = [&](int rookSq) {
@@ -82,7 +82,7 @@ Score patternsOf(const Board& board) {
             continue;
         for (int rookSq : box.rooks) {
             bool beyondKing = box.kingSide ? fileOf(rookSq) > kingFile : fileOf(rookSq) < kingFile;
-            if (beyondKing && boxedIn(rookSq)) score.mg += t.trappedRookMg;
+            if (beyondKing && boxedIn(rookSq)) score += Score(t.trappedRookMg, 0);
         }
     }
     return score;

@@ -52,7 +52,7 @@ Score Evaluator::shelterAt(int ksq) const {
             int stormSq = Us == White ? lsb(storm) : msb(storm);
             int penalty = t.stormMg[relativeRank(Us, stormSq)];
             if (ours & squareBB(stormSq - upDelta<Us>())) penalty /= 2;  // blocked by our pawn
-            shelter.mg -= penalty;
+            shelter -= Score(penalty, 0);
         }
     }
     return shelter;
@@ -112,10 +112,10 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
     for (Bitboard b = passed; b;) {
         int sq = popLsb(b);
         int r = relativeRank(Us, sq);
-        if (ourPawns & at.pawnAttacks[Them][sq]) score.eg += t.protectedPasserEg[r];
+        if (ourPawns & at.pawnAttacks[Them][sq]) score += Score(0, t.protectedPasserEg[r]);
         Bitboard nearRanks = rankBB(rankOf(sq)) | shiftUp<Us>(rankBB(rankOf(sq))) |
                              shiftUp<Them>(rankBB(rankOf(sq)));
-        if (passed & at.adjacentFiles[sq] & nearRanks) score.eg += t.connectedPassersEg[r];
+        if (passed & at.adjacentFiles[sq] & nearRanks) score += Score(0, t.connectedPassersEg[r]);
     }
 
     uint32_t files = occupiedFiles(ourPawns);
@@ -130,12 +130,13 @@ void Evaluator::pawnStructure(PawnEntry& entry) {
     if (relativeRank(Us, ksq) == 0 && (fileOf(ksq) == 3 || fileOf(ksq) == 4))
         for (int castled : {ksq - 2, ksq + 2}) {
             Score there = shelterAt<Us>(castled);
-            if (there.mg > shelter.mg || (there.mg == shelter.mg && there.eg > shelter.eg))
+            if (there.mg() > shelter.mg() ||
+                (there.mg() == shelter.mg() && there.eg() > shelter.eg()))
                 shelter = there;
         }
     entry.score[Us] = score + shelter;
     entry.passed |= passed;
-    entry.shelterMg[Us] = shelter.mg;
+    entry.shelterMg[Us] = shelter.mg();
 
     // For the end game: the king's distance to its nearest pawn, and a wing without pawns.
     int kingPawnEg = 0;

@@ -12,8 +12,8 @@ void Evaluator::scaleEndgame() {
         if (whiteLight == blackLight) {
             // Pawns the bishops cannot attack are the ones that count.
             Bitboard otherColour = whiteLight ? ~LIGHT_SQUARES : LIGHT_SQUARES;
-            eg[White] += evalTables.oddBishopPawnEg * popcount(whitePawns & otherColour);
-            eg[Black] += evalTables.oddBishopPawnEg * popcount(blackPawns & otherColour);
+            add(White, Score(0, evalTables.oddBishopPawnEg * popcount(whitePawns & otherColour)));
+            add(Black, Score(0, evalTables.oddBishopPawnEg * popcount(blackPawns & otherColour)));
             scale = d == 0 ? 64 : d == 1 ? 115 : 128;
         } else {
             scale = d <= 1 ? 12 : d == 2 ? 64 : 128;

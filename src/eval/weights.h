@@ -12,31 +12,43 @@
 
 constexpr int WEIGHT_COUNT = 75;
 
-// A middle-game and an end-game value; every evaluation term is one.
-struct Score {
-    int mg = 0;
-    int eg = 0;
+// A middle-game and an end-game value; every evaluation term is one. Both live in one 64-bit
+// integer, the end-game value 32 bits up, so that adding two scores or multiplying one is a
+// single instruction. While each value fits in 32 bits, the low half read as signed is the
+// middle-game value, and what remains above it is the end-game value.
+class Score {
+  public:
+    constexpr Score() = default;
+    constexpr Score(int mg, int eg) : packed((int64_t(eg) << 32) + mg) {}
+    constexpr int mg() const { return int32_t(uint32_t(uint64_t(packed))); }
+    constexpr int eg() const { return int32_t((packed + (int64_t(1) << 31)) >> 32); }
 
     constexpr Score& operator+=(Score s) {
-        mg += s.mg;
-        eg += s.eg;
+        packed += s.packed;
         return *this;
     }
     constexpr Score& operator-=(Score s) {
-        mg -= s.mg;
-        eg -= s.eg;
+        packed -= s.packed;
         return *this;
     }
-    constexpr Score operator+(Score s) const { return {mg + s.mg, eg + s.eg}; }
-    constexpr Score operator-(Score s) const { return {mg - s.mg, eg - s.eg}; }
-    constexpr Score operator-() const { return {-mg, -eg}; }
-    constexpr Score operator*(int n) const { return {mg * n, eg * n}; }
+    constexpr Score operator+(Score s) const { return fromPacked(packed + s.packed); }
+    constexpr Score operator-(Score s) const { return fromPacked(packed - s.packed); }
+    constexpr Score operator-() const { return fromPacked(-packed); }
+    constexpr Score operator*(int n) const { return fromPacked(packed * n); }
     constexpr bool operator==(const Score&) const = default;
+
+  private:
+    static constexpr Score fromPacked(int64_t p) {
+        Score s;
+        s.packed = p;
+        return s;
+    }
+    int64_t packed = 0;
 };
 
 // Both halves times num / den, each division truncating toward zero.
 constexpr Score scaleScore(Score s, int num, int den) {
-    return {s.mg * num / den, s.eg * num / den};
+    return {s.mg() * num / den, s.eg() * num / den};
 }
 
 struct WeightTable {

@@ -55,8 +55,8 @@ TEST(Tune, DiagramsWrittenBackUnchanged) {
     PieceSquareValues values{};
     for (int type = PAWN; type <= KING; type++)
         for (int sq = 0; sq < 64; sq++) {
-            values.value[type - PAWN][sq][0] = evalTables.psq[makePiece(White, type)][sq].mg;
-            values.value[type - PAWN][sq][1] = evalTables.psq[makePiece(White, type)][sq].eg;
+            values.value[type - PAWN][sq][0] = evalTables.psq[makePiece(White, type)][sq].mg();
+            values.value[type - PAWN][sq][1] = evalTables.psq[makePiece(White, type)][sq].eg();
         }
     EXPECT_EQ(writeDiagrams(copy.string(), values), "");
     auto text = [](const fs::path& p) {

@@ -37,8 +37,8 @@ std::string PsqtFit::load(const std::string& path) {
     for (int type = PAWN; type <= KING; type++)
         for (int sq = 0; sq < 64; sq++) {
             Score s = evalTables.psq[makePiece(White, type)][sq];
-            start[2 * parameter(type, sq)] = s.mg;
-            start[2 * parameter(type, sq) + 1] = s.eg;
+            start[2 * parameter(type, sq)] = s.mg();
+            start[2 * parameter(type, sq) + 1] = s.eg();
         }
     int lineNumber = 0;
     for (std::string line; readLine(in, line);) {
