@@ -33,12 +33,22 @@ constexpr int fileOf(int sq) { return sq & 7; }
 constexpr int rankOf(int sq) { return sq >> 3; }  // 0..7; the printed rank is one more
 constexpr int makeSquare(int file, int rank) { return 8 * rank + file; }
 constexpr int relativeRank(Color c, int sq) { return c == White ? rankOf(sq) : 7 - rankOf(sq); }
-constexpr int distance(int a, int b) {
-    int df = fileOf(a) - fileOf(b), dr = rankOf(a) - rankOf(b);
-    df = df < 0 ? -df : df;
-    dr = dr < 0 ? -dr : dr;
-    return df > dr ? df : dr;
-}
+// King steps between two squares, from a table: the evaluation asks for many such distances.
+struct DistanceTable {
+    uint8_t steps[64][64];
+};
+inline constexpr DistanceTable DISTANCES = [] {
+    DistanceTable t{};
+    for (int a = 0; a < 64; a++)
+        for (int b = 0; b < 64; b++) {
+            int df = fileOf(a) - fileOf(b), dr = rankOf(a) - rankOf(b);
+            df = df < 0 ? -df : df;
+            dr = dr < 0 ? -dr : dr;
+            t.steps[a][b] = uint8_t(df > dr ? df : dr);
+        }
+    return t;
+}();
+constexpr int distance(int a, int b) { return DISTANCES.steps[a][b]; }
 
 // Move layout: piece 0-3, from 4-9, to 10-15, captured 16-19, promotion choice 20-21,
 // en-passant flag 22; bits 23-31 carry an ordering key while the move sits in a list.
