@@ -79,3 +79,27 @@ TEST_F(Weights, ChangeSeenByTheNextEvaluation) {
     EXPECT_EQ(evaluator.Evaluate(), before);
     EXPECT_EQ(weights.pairs[74], (Score{11, 44}));
 }
+
+// Both values share one integer: each must come back whole whatever the signs, through sums,
+// differences, negation, multiples and scaling, including sums whose low half wraps.
+TEST(ScoreHalves, SurviveEveryOperation) {
+    const int values[] = {0, 1, -1, 37, -37, 1 << 20, -(1 << 20), 1000000000, -1000000000};
+    for (int mg : values)
+        for (int eg : values) {
+            SCOPED_TRACE(std::to_string(mg) + " " + std::to_string(eg));
+            const Score s(mg, eg);
+            EXPECT_EQ(s.mg(), mg);
+            EXPECT_EQ(s.eg(), eg);
+            EXPECT_EQ((s + Score(-3, 5)).mg(), mg - 3);
+            EXPECT_EQ((s + Score(-3, 5)).eg(), eg + 5);
+            EXPECT_EQ((s - Score(-3, 5)).mg(), mg + 3);
+            EXPECT_EQ((s - Score(-3, 5)).eg(), eg - 5);
+            EXPECT_EQ((-s).mg(), -mg);
+            EXPECT_EQ((-s).eg(), -eg);
+            const Score small(mg % 100000, eg % 100000);
+            EXPECT_EQ((small * -7).mg(), mg % 100000 * -7);
+            EXPECT_EQ((small * -7).eg(), eg % 100000 * -7);
+            EXPECT_EQ(scaleScore(small, 3, 8).mg(), mg % 100000 * 3 / 8);
+            EXPECT_EQ(scaleScore(small, 3, 8).eg(), eg % 100000 * 3 / 8);
+        }
+}
