@@ -59,6 +59,14 @@ struct AttackTables {
     Bitboard queenAttacks(int sq, Bitboard occ) const {
         return rookAttacks(sq, occ) | bishopAttacks(sq, occ);
     }
+    // The pieces of `rooks` (rooks and queens) that attack `sq`; the magic lookup is made only
+    // when one of them stands on a line through the square at all. Likewise for bishops.
+    Bitboard rookAttackers(int sq, Bitboard occ, Bitboard rooks) const {
+        return (rookLines[sq] & rooks) ? rookAttacks(sq, occ) & rooks : 0;
+    }
+    Bitboard bishopAttackers(int sq, Bitboard occ, Bitboard bishops) const {
+        return (bishopLines[sq] & bishops) ? bishopAttacks(sq, occ) & bishops : 0;
+    }
     // Whether a slider of the given type on `from` sees `target`: both lie on a line it moves
     // along and nothing in `occ` stands between them. Cheaper than a magic lookup, whose tables
     // are too big to stay in the first-level cache.

@@ -126,17 +126,14 @@ class Board {
     // slider tests so that a king cannot step back along the line of a checking slider.
     bool isAttacked(int sq, Color by) const;
     // Pieces of both colours attacking a square with the given occupancy. Inline: the exchange
-    // evaluator calls it for nearly every capture it looks at. A slider lookup is skipped when
-    // no slider of its kind stands on its lines through the square.
+    // evaluator calls it for nearly every capture it looks at.
     Bitboard attackersTo(int sq, Bitboard occ) const {
-        Bitboard found = (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
-                         (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
-                         (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
-                         (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING]));
-        const Bitboard rooks = rookMovers(), bishops = bishopMovers();
-        if (attacks.rookLines[sq] & rooks) found |= attacks.rookAttacks(sq, occ) & rooks;
-        if (attacks.bishopLines[sq] & bishops) found |= attacks.bishopAttacks(sq, occ) & bishops;
-        return found;
+        return (attacks.pawnAttacks[Black][sq] & pieceBB[W_PAWN]) |
+               (attacks.pawnAttacks[White][sq] & pieceBB[B_PAWN]) |
+               (attacks.knightAttacks[sq] & (pieceBB[W_KNIGHT] | pieceBB[B_KNIGHT])) |
+               (attacks.kingAttacks[sq] & (pieceBB[W_KING] | pieceBB[B_KING])) |
+               attacks.rookAttackers(sq, occ, rookMovers()) |
+               attacks.bishopAttackers(sq, occ, bishopMovers());
     }
     // Rooks and queens, and bishops and queens, of both colours.
     Bitboard rookMovers() const {
@@ -166,12 +163,10 @@ inline bool Board::isAttacked(int sq, Color by) const {
     if (attacks.kingAttacks[sq] & pieces(by, KING)) return true;
     if (attacks.knightAttacks[sq] & pieces(by, KNIGHT)) return true;
     if (attacks.pawnAttacks[~by][sq] & pieces(by, PAWN)) return true;
-    // A slider needs a look-up only when one stands on a line through the square at all.
     const Bitboard occ = occupiedBB & ~pieces(~by, KING);
     const Bitboard queens = pieces(by, QUEEN);
-    const Bitboard rooks = pieces(by, ROOK) | queens, bishops = pieces(by, BISHOP) | queens;
-    if ((attacks.rookLines[sq] & rooks) && (attacks.rookAttacks(sq, occ) & rooks)) return true;
-    return (attacks.bishopLines[sq] & bishops) && (attacks.bishopAttacks(sq, occ) & bishops);
+    return attacks.rookAttackers(sq, occ, pieces(by, ROOK) | queens) ||
+           attacks.bishopAttackers(sq, occ, pieces(by, BISHOP) | queens);
 }
 
 inline bool Board::computeInCheck() const {

@@ -200,7 +200,7 @@ void buildPieceSquareTables(EvalTables& t) {
         for (int sq = 0; sq < 64; sq++) t.psq[piece][sq] = {0, 0};
     for (const BaseTable& base : BASE_TABLES)
         for (int sq = 0; sq < 64; sq++)
-            t.psq[base.piece][sq] = Score(base.mg[diagramIndex(sq)], base.eg[diagramIndex(sq)]);
+            t.psq[base.piece][sq] = {base.mg[diagramIndex(sq)], base.eg[diagramIndex(sq)]};
 
     for (int sq = 0; sq < 64; sq++) {
         t.outpostScale[White][sq] = OUTPOST_SCALE[diagramIndex(sq)];

@@ -12,8 +12,7 @@ bool isActiveMove(const Board& b, Move m) {
     bool attackedByPawn = at.pawnAttacks[us][from] & b.pieces(~us, PAWN);
     bool attackedByMinor = seeValue(piece) >= seeValue(W_KNIGHT) &&
                            ((at.knightAttacks[from] & b.pieces(~us, KNIGHT)) ||
-                            ((at.bishopLines[from] & b.pieces(~us, BISHOP)) &&
-                             (at.bishopAttacks(from, b.occupiedBB) & b.pieces(~us, BISHOP))));
+                            at.bishopAttackers(from, b.occupiedBB, b.pieces(~us, BISHOP)));
     if (!attackedByPawn && !attackedByMinor && !createsThreat(b, m)) return false;
     return see(b, m) >= 0;
 }
