@@ -29,7 +29,7 @@ int see(const Board& b, Move m) {
     int gain[40];
     gain[0] = seeValue(moveCaptured(m));
     if (moveIsPromotion(m)) gain[0] += seeValue(onSquare) - seeValue(movePiece(m));
-    Bitboard attackers = b.attackersTo(to, occ) & occ;
+    Bitboard attackers = b.attackersTo(to, occ);
     Color side = ~b.sideToMove;
     if (!(attackers & b.colorBB[side])) return gain[0];  // nothing takes back
     const Bitboard rookLike = b.rookMovers(), bishopLike = b.bishopMovers();
