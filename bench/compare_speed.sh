@@ -55,8 +55,20 @@ done | awk -v alone=$alone '
         step = alone ? 1 : 2
         for (i = step; i <= NR; i += step) {
             g = alone ? ratio[i] : sqrt(ratio[i - 1] * ratio[i]); sum += g; sq += g * g; n++
+            sample[n] = g
         }
         if (n == 0) { print "at least two rounds are needed"; exit 1 }
         mean = sum / n; sd = n > 1 ? sqrt((sq - n * mean * mean) / (n - 1)) : 0
         printf "new/old over %d %s: %.4f +- %.4f\n", n, alone ? "rounds, one engine at a time" : "swapped pairs",
-               mean, 2 * sd / sqrt(n) }'
+               mean, 2 * sd / sqrt(n)
+        # The machine stays fast or slow for minutes, so neighbouring samples are alike and the
+        # error above is too small. Means of blocks of ten samples are nearly independent.
+        blocks = int(n / 10)
+        if (blocks < 3) exit
+        for (b = 0; b < blocks; b++) {
+            m = 0
+            for (i = 1; i <= 10; i++) m += sample[10 * b + i] / 10
+            bsum += m; bsq += m * m
+        }
+        bmean = bsum / blocks; bsd = sqrt((bsq - blocks * bmean * bmean) / (blocks - 1))
+        printf "in %d blocks of ten: %.4f +- %.4f\n", blocks, bmean, 2 * bsd / sqrt(blocks) }'
